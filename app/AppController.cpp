@@ -1,0 +1,280 @@
+#include "app/AppController.h"
+
+#include "app/characters/manifest/ManifestCharacterController.h"
+#include "app/roster/BattiLamps.h"
+#include "core/art/CharacterBuildPolicy.h"
+#include "core/base/WholeFile.h"
+#include "core/host/PreferenceKeys.h"
+#include "core/host/SettingsPersistence.h"
+#include "platform/AudioThread.h"
+#include "platform/image/PngDecoder.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QIcon>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace DeskSprites {
+
+namespace Keys = FellowCore::PreferenceKeys;
+using FellowCore::InterfaceSoundCue;
+using FellowCore::OnScreenSet;
+
+namespace {
+
+constexpr std::string_view battiID = "batti";
+constexpr std::size_t buildFileLimit = 64U << 10U;
+
+FellowCore::CharacterBuildPolicy readPolicy(FellowCore::FileOperations& files, const std::filesystem::path& resources) {
+    try {
+        return FellowCore::CharacterBuildPolicy::fromBuildJson(
+            FellowCore::readWholeFile(files, resources / "build.json", buildFileLimit));
+    } catch (const FellowCore::FileError&) {
+        return {}; // an installation without the file has the standard cast
+    }
+}
+
+void reportSaveFailure(const std::string& line) {
+    qWarning("%s", line.c_str());
+}
+
+} // namespace
+
+AppController::AppController(Platform::System& system, AppSurroundings surroundings)
+    : system_(system), surroundings_(std::move(surroundings)), saver_(reportSaveFailure),
+      keeper_(files_, surroundings_.folders.preferencesFile(), saver_),
+      services_{system, keeper_.preferences(), files_, saver_, surroundings_.folders},
+      interfaceAudio_(
+          keeper_.preferences(), surroundings_.resources / "sounds",
+          [library = surroundings_.plugins / "libdeskfellow_audio.so"] {
+              return std::make_unique<Platform::AudioThread>(QString::fromStdString(library.string()));
+          },
+          [&system] { return system.clock().monotonic(); }, surroundings_.playback),
+      autostart_(files_, surroundings_.folders.autostartFolder(), surroundings_.executable),
+      shortcut_(keeper_.preferences(), system.shortcuts()), stage_(services_), placement_(stage_, services_),
+      arrangement_(stage_, placement_, services_), sizePreview_(placement_, services_), menus_(stage_, *this),
+      quickActions_(stage_, menus_, *this, services_), notices_(stage_, services_),
+      library_({stage_, *this, placement_, services_, interfaceAudio_, shortcut_, autostart_}) {}
+
+AppController::~AppController() = default;
+
+void AppController::applicationDidFinishLaunching(const QStringList& arguments) {
+    FellowCore::SettingsPersistence::migrate(services_.preferences);
+    buildCharacters();
+    wireServices();
+    restoreDesktop();
+    handleArguments(arguments);
+    // What no one can see yet waits until the first character stands.
+    QMetaObject::invokeMethod(
+        qApp,
+        [this] {
+            createMenuBar();
+            tellProblems();
+        },
+        Qt::QueuedConnection);
+}
+
+void AppController::buildCharacters() {
+    const Roster roster(surroundings_.resources, readPolicy(files_, surroundings_.resources), Platform::decodePng,
+                        [](const std::string& line) { qWarning("%s", line.c_str()); });
+    for (const Companion& companion : roster.allCases()) {
+        if (companion.pack) {
+            makeCharacter(companion);
+        }
+    }
+    stage_.open();
+    for (const auto& character : stage_.all()) {
+        ControlledRuntime* resting = stage_.controlled(character->identifier());
+        resting->onClick = [this, id = character->identifier()] { focus(id); };
+    }
+}
+
+void AppController::makeCharacter(const Companion& companion) {
+    if (companion.rawValue() != battiID) {
+        wire(stage_.add(std::make_unique<ManifestCharacterController>(companion, services_)));
+        return;
+    }
+    auto batti = std::make_unique<BattiController>(
+        companion, loadBattiLamps(surroundings_.resources / "builtin", companion.manifest.grid), services_);
+    batti_ = batti.get();
+    wireBatti(*batti_);
+    wire(stage_.add(std::move(batti)));
+}
+
+void AppController::wire(DesktopCharacter& character) {
+    character.onClick = [this, &character] {
+        focus(character.identifier());
+        quickActions_.toggle(character);
+    };
+    character.onMoved = [this, &character](MovePhase phase) { moved(character, phase); };
+    character.onResize = [this, &character](int notches) { stepSize(character, notches); };
+    character.menuProvider = [this, &character]() -> std::unique_ptr<QMenu> {
+        focus(character.identifier());
+        return menus_.characterMenu(character);
+    };
+    character.onChange = [this, &character] {
+        quickActions_.update(character);
+        if (stage_.active() == &character) {
+            system_.tray().refreshMenu();
+        }
+    };
+}
+
+void AppController::wireBatti(BattiController& batti) {
+    batti.onCue = [this, &batti](InterfaceSoundCue cue) { playInterfaceSound(cue, &batti); };
+    batti.onPhaseEnded = [this, &batti] {
+        if (batti.isShown() && stage_.active() == &batti && !library_.isVisible()) {
+            quickActions_.present(batti);
+        }
+    };
+}
+
+void AppController::wireServices() {
+    arrangement_.arrangementCompletion = [this] { anchorDesktopAttachments(); };
+    sizePreview_.onFinished = [this] {
+        library_.refreshLibrary();
+        anchorDesktopAttachments();
+    };
+    notices_.obstacles = [this] { return quickActions_.obstacles(); };
+    quickActions_.onOpened = [this] { playInterfaceSound(InterfaceSoundCue::open, quickActions_.openFor()); };
+    quickActions_.onClosed = [this] { playInterfaceSound(InterfaceSoundCue::close); };
+
+    system_.session().onWillSleep = [this] { willSleep(); };
+    system_.session().onDidWake = [this] { didWake(); };
+    system_.screens().onChange = [this] { screenChanged(); };
+    system_.motion().onChange = [this] {
+        for (const auto& character : stage_.all()) {
+            character->motionChanged();
+        }
+        library_.refreshLibrary();
+    };
+    system_.shortcuts().onPressed = [this](const std::string&) { toggleVisible(); };
+    if (const auto refusal = shortcut_.registerHotKey()) {
+        startProblems_.push_back(*refusal);
+    }
+}
+
+void AppController::restoreDesktop() {
+    auto& preferences = services_.preferences;
+    const auto active = preferences.string(Keys::activeCharacter);
+    const OnScreenSet set = OnScreenSet::restore(preferences.strings(OnScreenSet::persistenceKey), active,
+                                                 stage_.host().available(), battiID);
+    const auto legacy = placement_.legacyAnchor();
+    for (const std::string& id : set.ids()) {
+        DesktopCharacter& character = *stage_.find(id);
+        const auto own = placement_.savedAnchor(character);
+        placement_.initializeSize(character);
+        const bool isFirst = id == set.ids().front();
+        if (const auto anchor = own ? own : isFirst ? legacy : std::nullopt) {
+            character.place(*anchor);
+        }
+    }
+    stage_.host().restore(set, active);
+    const auto previous = preferences.string(Keys::legacyPreviousCharacter);
+    if (const auto& now = stage_.host().activeID(); now && previous) {
+        const std::string own = Keys::previousCharacter(*now);
+        if (!preferences.contains(own)) {
+            preferences.setString(own, *previous);
+        }
+    }
+    persistCollection();
+    refreshCollection();
+}
+
+void AppController::createMenuBar() {
+    const std::filesystem::path icons = surroundings_.resources / "icon";
+    system_.tray().onActivated = [this] { toggleVisible(); };
+    system_.tray().start(trayIcon(icons), [this](QMenu& menu) { menus_.fillTrayMenu(menu); });
+    system_.tray().setTooltip(QStringLiteral("Deskfellow"));
+}
+
+void AppController::tellProblems() {
+    if (!system_.hasCompositor()) {
+        qInfo("No compositor is running, so the characters have hard edges.");
+    }
+    if (!system_.hasWindowManager()) {
+        qInfo("No window manager is running, so panels may be covered by other windows.");
+    }
+    if (keeper_.loadProblem()) {
+        notices_.tell(QString::fromStdString(*keeper_.loadProblem()));
+    }
+    for (const QString& problem : startProblems_) {
+        notices_.tell(problem);
+    }
+    startProblems_.clear();
+    if (stage_.all().empty()) {
+        qWarning("No character's art is installed in %s.", surroundings_.resources.c_str());
+    }
+    notices_.start();
+}
+
+void AppController::handleArguments(const QStringList& arguments) {
+    for (const QString& argument : arguments) {
+        if (argument == QLatin1String("--library")) {
+            openLibrary(std::nullopt);
+        } else if (argument == QLatin1String("--controls")) {
+            select(std::string(battiID));
+            if (batti_) {
+                quickActions_.present(*batti_);
+            }
+        } else if (argument == QLatin1String("--toggle")) {
+            toggleVisible();
+        } else if (argument == QLatin1String("--quit")) {
+            quit();
+        } else if (argument.startsWith(QLatin1String("deskfellow:"))) {
+            handleControlEvent(argument);
+        }
+    }
+}
+
+void AppController::applicationShouldHandleReopen(const QStringList& arguments) {
+    if (arguments.isEmpty()) {
+        openLibrary(std::nullopt);
+    } else {
+        handleArguments(arguments);
+    }
+}
+
+void AppController::handleControlEvent(const QString& url) {
+    const QUrl link(url);
+    const std::string subject = link.path().section(QLatin1Char('/'), 1, 1).toStdString();
+    if (link.scheme() != QLatin1String("deskfellow")) {
+        return;
+    }
+    if (link.host() == QLatin1String("settings")) {
+        openLibrary(subject.empty() ? std::nullopt : std::optional(subject));
+    } else if (link.host() == QLatin1String("select")) {
+        select(subject);
+    } else if (link.host() == QLatin1String("toggle")) {
+        toggleVisible();
+    } else {
+        qWarning("Deskfellow does not know the link %s", qUtf8Printable(url.left(200)));
+    }
+}
+
+void AppController::applicationWillTerminate() {
+    if (terminated_) {
+        return;
+    }
+    terminated_ = true;
+    notices_.hide();
+    arrangement_.finishArrangement();
+    sizePreview_.finishSizePreview();
+    if (const DesktopCharacter* active = stage_.active()) {
+        placement_.recordDesktopAnchor(*active, FrameSave::forced);
+    }
+    dismissAllActions();
+    library_.close();
+    interfaceAudio_.stop();
+    stage_.host().shutdown();
+    if (batti_) {
+        batti_->persist();
+    }
+    shortcut_.release();
+    keeper_.saveNow();
+    saver_.flush();
+}
+
+} // namespace DeskSprites

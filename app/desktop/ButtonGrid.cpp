@@ -1,0 +1,209 @@
+#include "app/desktop/ButtonGrid.h"
+
+#include "app/desktop/PanelMetrics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace DeskSprites {
+
+namespace {
+
+bool standsAlone(const QuickAction& action) {
+    return action.emphasis == Emphasis::primary;
+}
+
+/// Where an arrow leads, as a unit vector in widget coordinates; nothing for other keys.
+std::optional<QPoint> direction(int key) {
+    switch (key) {
+    case Qt::Key_Left:
+        return QPoint(-1, 0);
+    case Qt::Key_Right:
+        return QPoint(1, 0);
+    case Qt::Key_Up:
+        return QPoint(0, -1);
+    case Qt::Key_Down:
+        return QPoint(0, 1);
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+ButtonGrid::ButtonGrid(Arrangement arrangement, QWidget* parent)
+    : QWidget(parent), arrangement_(arrangement), grid_(new QGridLayout(this)) {
+    grid_->setContentsMargins(0, 0, 0, 0);
+    grid_->setSpacing(arrangement == Arrangement::tiles ? PanelMetrics::halfUnit : PanelMetrics::unit);
+}
+
+void ButtonGrid::setDialoguePalette(const DialoguePalette& palette) {
+    palette_ = palette;
+    for (auto& [id, entry] : entries_) {
+        entry.button->setDialoguePalette(palette);
+    }
+}
+
+void ButtonGrid::setActions(const std::vector<QuickAction>& actions) {
+    if (!sameArrangement(actions)) {
+        rearrange(actions);
+    }
+    for (const QuickAction& action : actions) {
+        update(entries_[action.id], action);
+    }
+    setVisible(!actions.empty());
+}
+
+PanelButton* ButtonGrid::button(const QString& id) const {
+    const auto found = entries_.find(id);
+    return found == entries_.end() ? nullptr : found->second.button;
+}
+
+bool ButtonGrid::sameArrangement(const std::vector<QuickAction>& actions) const {
+    return std::equal(actions.begin(), actions.end(), order_.begin(), order_.end(),
+                      [this](const QuickAction& action, const QString& id) {
+                          return action.id == id &&
+                                 standsAlone(action) == standsAlone(entries_.at(id).action);
+                      });
+}
+
+void ButtonGrid::rearrange(const std::vector<QuickAction>& actions) {
+    while (QLayoutItem* item = grid_->takeAt(0)) {
+        delete item;
+    }
+    std::map<QString, Entry> kept;
+    std::vector<QString> order;
+    for (const QuickAction& action : actions) {
+        order.push_back(action.id);
+        if (kept.contains(action.id)) {
+            continue;
+        }
+        auto known = entries_.extract(action.id);
+        Entry entry = known ? known.mapped() : Entry{nullptr, action};
+        if (entry.button == nullptr) {
+            const bool tile = arrangement_ == Arrangement::tiles;
+            entry.button = new PanelButton(tile ? PanelButton::Shape::tile : PanelButton::Shape::row, this);
+            entry.button->setDialoguePalette(palette_);
+            connect(entry.button, &QAbstractButton::clicked, this, [this, id = action.id] { press(id); });
+        }
+        entry.action = action;
+        kept.emplace(action.id, std::move(entry));
+    }
+    for (auto& [id, entry] : entries_) {
+        // Perhaps in the middle of its own click, so not deleted here and now.
+        entry.button->hide();
+        entry.button->deleteLater();
+    }
+    entries_ = std::move(kept);
+    order_ = std::move(order);
+    fillGrid();
+}
+
+void ButtonGrid::fillGrid() {
+    int row = 0;
+    int column = 0;
+    QWidget* previous = nullptr;
+    for (std::size_t index = 0; index < order_.size(); ++index) {
+        const Entry& entry = entries_.at(order_[index]);
+        if (arrangement_ == Arrangement::tiles) {
+            grid_->addWidget(entry.button, 0, column++);
+        } else {
+            const bool alone = standsAlone(entry.action);
+            const bool last =
+                index + 1 == order_.size() || standsAlone(entries_.at(order_[index + 1]).action);
+            row += alone && column > 0 ? 1 : 0;
+            column = alone ? 0 : column;
+            const bool wide = alone || (column == 0 && last);
+            grid_->addWidget(entry.button, row, column, 1, wide ? 2 : 1);
+            column = wide ? 0 : 1 - column;
+            row += column == 0 ? 1 : 0;
+        }
+        if (previous != nullptr) {
+            setTabOrder(previous, entry.button);
+        }
+        previous = entry.button;
+    }
+    // A grid keeps the columns it once had; only those in use may take room.
+    const int used = arrangement_ == Arrangement::tiles ? column : 2;
+    for (int index = 0; index < grid_->columnCount(); ++index) {
+        grid_->setColumnStretch(index, index < used ? 1 : 0);
+    }
+}
+
+void ButtonGrid::update(Entry& entry, const QuickAction& action) {
+    entry.action = action;
+    entry.button->setTitle(action.title);
+    // Tiles are quiet by nature: there the place says how much a button matters.
+    entry.button->setEmphasis(arrangement_ == Arrangement::tiles ? Emphasis::quiet : action.emphasis);
+    entry.button->setPixelIcon(action.icon);
+    entry.button->setOpensMenu(static_cast<bool>(action.menu));
+    entry.button->setEnabled(action.enabled);
+}
+
+void ButtonGrid::press(const QString& id) {
+    const auto found = entries_.find(id);
+    if (found == entries_.end()) {
+        return;
+    }
+    // Copied, because the closure may replace the actions or close the bubble.
+    const QuickAction action = found->second.action;
+    if (action.menu) {
+        std::unique_ptr<QMenu> menu = action.menu();
+        if (menu) {
+            const PanelButton* button = found->second.button;
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            openMenu_ = menu.release();
+            openMenu_->popup(button->mapToGlobal(QPoint(0, button->height())));
+        }
+        return;
+    }
+    if (onPressed) {
+        onPressed();
+    }
+    if (action.onPress) {
+        action.onPress();
+    }
+}
+
+void ButtonGrid::hideEvent(QHideEvent* event) {
+    if (openMenu_) {
+        openMenu_->close();
+    }
+    QWidget::hideEvent(event);
+}
+
+bool moveFocusByArrow(QWidget& root, int key) {
+    const std::optional<QPoint> way = direction(key);
+    if (!way) {
+        return false;
+    }
+    const QWidget* from = root.focusWidget();
+    const auto middle = [&root](const QWidget* widget) {
+        return widget->mapTo(&root, QPoint(0, 0)) * 2 + QPoint(widget->width(), widget->height());
+    };
+    QWidget* nearest = nullptr;
+    int least = std::numeric_limits<int>::max();
+    for (QWidget* widget : root.findChildren<QWidget*>()) {
+        const bool takesFocus = (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
+        if (!takesFocus || widget == from || !widget->isEnabled() || !widget->isVisibleTo(&root)) {
+            continue;
+        }
+        // With nothing focused, an arrow enters at the top.
+        const QPoint offset =
+            from == nullptr || from == &root ? middle(widget) : middle(widget) - middle(from);
+        const int along = from == nullptr || from == &root ? offset.y() : QPoint::dotProduct(offset, *way);
+        const int across = std::abs(way->x() != 0 ? offset.y() : offset.x());
+        const int distance = along + 2 * across;
+        if (along > 0 && distance < least) {
+            least = distance;
+            nearest = widget;
+        }
+    }
+    if (nearest != nullptr) {
+        nearest->setFocus(Qt::TabFocusReason);
+    }
+    return nearest != nullptr;
+}
+
+} // namespace DeskSprites

@@ -1,0 +1,94 @@
+#include "app/desktop/ControlBubble.h"
+
+#include "app/desktop/ButtonGrid.h"
+#include "app/desktop/PanelMetrics.h"
+#include "app/desktop/PanelText.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace DeskSprites {
+
+namespace {
+constexpr int widestText = PanelMetrics::contentWidth - 4 * PanelMetrics::unit;
+constexpr FellowCore::Seconds longestLifetime = 24 * 60 * 60;
+} // namespace
+
+ControlBubble::ControlBubble()
+    : Bubble(BubbleDismissal::explicitOnly), text_(new PanelText(TextRole::body)),
+      close_(new PanelButton(PanelButton::Shape::icon)),
+      buttons_(new ButtonGrid(ButtonGrid::Arrangement::rows)) {
+    auto* inside = new QWidget;
+    auto* line = new QHBoxLayout;
+    line->setSpacing(PanelMetrics::unit);
+    line->addWidget(text_, 1);
+    line->addWidget(close_, 0, Qt::AlignTop);
+    auto* column = new QVBoxLayout(inside);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(PanelMetrics::unit + PanelMetrics::halfUnit);
+    column->addLayout(line);
+    column->addWidget(buttons_);
+    Bubble::setContent(inside);
+
+    close_->setTitle(tr("Close"));
+    close_->setPixelIcon(PixelIcon::close);
+    close_->setEmphasis(Emphasis::quiet);
+    QWidget::setTabOrder(buttons_, close_);
+    connect(close_, &QAbstractButton::clicked, this, [this] { dismiss(); });
+    buttons_->onPressed = [this] { dismiss(); };
+    lifetime_.setSingleShot(true);
+    connect(&lifetime_, &QTimer::timeout, this, [this] { dismiss(); });
+    ControlBubble::paletteChanged();
+    setNotice({});
+}
+
+void ControlBubble::setNotice(const ControlNotice& notice) {
+    notice_ = notice;
+    text_->setText(notice.text);
+    text_->setMinimumWidth(
+        std::min(widestText, text_->fontMetrics().boundingRect(notice.text).width() + PanelMetrics::unit));
+    buttons_->setActions(notice.actions);
+    setAccessibleName(notice.text);
+    setWindowTitle(notice.text);
+    startLifetime();
+}
+
+void ControlBubble::startLifetime() {
+    lifetime_.stop();
+    if (isPresented() && !underMouse() && notice_.lifetime && std::isfinite(*notice_.lifetime)) {
+        const double seconds = std::clamp(*notice_.lifetime, 0.0, longestLifetime);
+        lifetime_.start(std::chrono::milliseconds(std::llround(seconds * 1000)));
+    }
+}
+
+void ControlBubble::paletteChanged() {
+    text_->setDialoguePalette(dialoguePalette());
+    close_->setDialoguePalette(dialoguePalette());
+    buttons_->setDialoguePalette(dialoguePalette());
+}
+
+void ControlBubble::showEvent(QShowEvent* event) {
+    Bubble::showEvent(event);
+    startLifetime();
+}
+
+void ControlBubble::hideEvent(QHideEvent* event) {
+    lifetime_.stop();
+    Bubble::hideEvent(event);
+}
+
+void ControlBubble::enterEvent(QEnterEvent* event) {
+    lifetime_.stop();
+    Bubble::enterEvent(event);
+}
+
+void ControlBubble::leaveEvent(QEvent* event) {
+    startLifetime();
+    Bubble::leaveEvent(event);
+}
+
+} // namespace DeskSprites

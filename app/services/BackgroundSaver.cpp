@@ -1,0 +1,42 @@
+#include "app/services/BackgroundSaver.h"
+
+#include <exception>
+#include <utility>
+
+namespace DeskSprites {
+
+BackgroundSaver::BackgroundSaver(Failure onFailure)
+    : onFailure_(std::move(onFailure)), queue_("fellow-save") {}
+
+BackgroundSaver::~BackgroundSaver() { flush(); }
+
+void BackgroundSaver::save(const std::string& failure, std::function<void()> write) {
+    {
+        const std::lock_guard lock(mutex_);
+        const bool isWaiting = latest_.contains(failure);
+        latest_[failure] = std::move(write);
+        if (isWaiting) {
+            return;
+        }
+    }
+    queue_.post([this, failure] { writeLatest(failure); });
+}
+
+void BackgroundSaver::flush() { queue_.drain(); }
+
+void BackgroundSaver::writeLatest(const std::string& failure) {
+    std::function<void()> write;
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = latest_.find(failure);
+        write = std::move(found->second);
+        latest_.erase(found);
+    }
+    try {
+        write();
+    } catch (const std::exception& error) {
+        onFailure_(failure + ": " + error.what());
+    }
+}
+
+} // namespace DeskSprites

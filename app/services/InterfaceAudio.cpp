@@ -1,0 +1,115 @@
+#include "app/services/InterfaceAudio.h"
+
+#include "core/base/FileOperations.h"
+#include "core/base/WholeFile.h"
+#include "core/sound/SoundVolume.h"
+#include "core/sound/WaveFile.h"
+
+#include <QDebug>
+#include <QMetaObject>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace DeskSprites {
+
+using FellowCore::InterfaceSoundCue;
+
+InterfaceAudio::InterfaceAudio(FellowCore::Preferences& preferences, std::filesystem::path soundsFolder,
+                               MakeOutput makeOutput, Clock clock, Playback playback)
+    : preferences_(preferences), soundsFolder_(std::move(soundsFolder)), makeOutput_(std::move(makeOutput)),
+      clock_(std::move(clock)), silent_(playback == Playback::silent) {}
+
+void InterfaceAudio::play(InterfaceSoundCue cue, FellowCore::Point position, const FellowCore::Rect& screen,
+                          bool guidanceActive, bool characterMuted, double characterVolume) {
+    const auto generation = ++playbackGeneration_;
+    // A refused request leaves alone the permitted one it came too close to.
+    if (silent_ || !gate_.permits(cue, enabled(), guidanceActive, characterMuted, clock_().sinceOrigin))
+        return;
+    pending_ = {generation, cue, FellowCore::stereoPan(position, screen), characterVolume};
+    QMetaObject::invokeMethod(
+        &context_, [this, generation] { begin(generation); }, Qt::QueuedConnection);
+}
+
+void InterfaceAudio::begin(std::uint64_t generation) {
+    if (!pending_ || pending_->generation != generation)
+        return;
+    const auto due = *std::exchange(pending_, std::nullopt);
+    const auto samples = player(due.cue);
+    if (!samples)
+        return;
+    if (!output_)
+        output_ = makeOutput_();
+    output_->stop(current_);
+    current_ = generation;
+    currentCue_ = due.cue;
+    currentPan_ = due.pan;
+    currentCharacterVolume_ = due.characterVolume;
+    output_->play(current_, samples, currentGains());
+}
+
+void InterfaceAudio::stop() {
+    ++playbackGeneration_;
+    pending_.reset();
+    if (output_)
+        output_->stop(current_);
+}
+
+bool InterfaceAudio::enabled() const {
+    return preferences_.boolean(enabledKey).value_or(defaultEnabled);
+}
+
+void InterfaceAudio::setEnabled(bool enabled) {
+    preferences_.setBoolean(enabledKey, enabled);
+    if (!enabled)
+        stop();
+}
+
+double InterfaceAudio::volume() const {
+    return FellowCore::clampedVolume(preferences_.number(volumeKey).value_or(defaultVolume));
+}
+
+void InterfaceAudio::setVolume(double volume) {
+    preferences_.setNumber(volumeKey, FellowCore::clampedVolume(volume));
+    applyGains();
+}
+
+void InterfaceAudio::setCharacterVolume(double volume, InterfaceSoundCue cue) {
+    if (pending_ && pending_->cue == cue)
+        pending_->characterVolume = volume;
+    if (!output_ || currentCue_ != cue)
+        return;
+    currentCharacterVolume_ = volume;
+    applyGains();
+}
+
+void InterfaceAudio::applyGains() {
+    if (output_)
+        output_->setGains(current_, currentGains());
+}
+
+FellowCore::StereoGains InterfaceAudio::currentGains() const {
+    return currentPan_ * FellowCore::combinedVolume(volume(), currentCharacterVolume_);
+}
+
+Platform::AudioSamples InterfaceAudio::player(InterfaceSoundCue cue) {
+    const auto resource = FellowCore::resourceName(cue);
+    const auto known = players_.find(resource);
+    return known != players_.end() ? known->second : players_.emplace(resource, load(resource)).first->second;
+}
+
+Platform::AudioSamples InterfaceAudio::load(std::string_view resource) const {
+    try {
+        FellowCore::PosixFileOperations files;
+        const auto path = soundsFolder_ / (std::string(resource) + ".wav");
+        const auto bytes = FellowCore::readWholeFile(files, path, FellowCore::WaveFile::byteLimit);
+        return std::make_shared<const std::vector<std::int16_t>>(FellowCore::WaveFile::parse(bytes).samples);
+    } catch (const std::runtime_error& error) {
+        // The interface works without its sounds; the log says why there are none.
+        qWarning("The sound \"%s\" cannot play: %s", std::string(resource).c_str(), error.what());
+        return nullptr;
+    }
+}
+
+} // namespace DeskSprites

@@ -1,0 +1,198 @@
+#include "app/settings/GeneralPane.h"
+
+#include "app/settings/ShortcutRecorder.h"
+#include "core/art/DesktopSize.h"
+
+#include <QBoxLayout>
+#include <QPushButton>
+
+#include <cmath>
+
+namespace DeskSprites {
+
+namespace {
+
+constexpr int unit = FormMetrics::unit;
+using FellowCore::ArrangeLayout::Edge;
+
+template <typename... Values>
+void call(const std::function<void(Values...)>& action, Values... values) {
+    if (action) {
+        action(values...);
+    }
+}
+
+QString sentence(Platform::ShortcutResult result) {
+    switch (result) {
+    case Platform::ShortcutResult::registered:
+        return {};
+    case Platform::ShortcutResult::taken:
+        return GeneralPane::tr("That shortcut is already taken by another program.");
+    case Platform::ShortcutResult::unsupported:
+        return GeneralPane::tr("This desktop cannot give that shortcut to a program.");
+    case Platform::ShortcutResult::invalid:
+        break;
+    }
+    return GeneralPane::tr("Hold Ctrl, Alt or Super together with a key.");
+}
+
+QWidget* sideBySide(std::initializer_list<QWidget*> widgets, QWidget* parent) {
+    auto* box = new QWidget(parent);
+    auto* line = new QHBoxLayout(box);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(unit);
+    for (QWidget* widget : widgets) {
+        line->addWidget(widget);
+    }
+    return box;
+}
+
+} // namespace
+
+GeneralPane::GeneralPane(const LibraryActions& actions, QWidget* parent)
+    : LibraryPane(parent), actions_(actions) {
+    setAccessibleName(tr("General"));
+    add(makeText(tr("General"), TextStyle::title, column()));
+    addStart();
+    addSounds();
+    addDesktop();
+    addArrange();
+    addMotion();
+    addAbout();
+}
+
+void GeneralPane::addStart() {
+    FormSection* section = addSection(tr("Starting and showing"));
+    startAtLogin_ = section->addSwitch(tr("Start at login"));
+    startRow_ = section->rowOf(startAtLogin_);
+    connect(startAtLogin_, &QCheckBox::toggled, this, &GeneralPane::setStartAtLogin);
+
+    shortcut_ = new ShortcutRecorder(section);
+    clearShortcut_ = new FormButton(tr("Clear"), section);
+    clearShortcut_->setAccessibleName(tr("Clear shortcut"));
+    QWidget* both = sideBySide({shortcut_, clearShortcut_}, section);
+    both->setFocusProxy(shortcut_);
+    shortcutRow_ = section->addRow(tr("Show and hide everyone"), both);
+    connect(shortcut_, &ShortcutRecorder::recorded, this, &GeneralPane::takeShortcut);
+    connect(shortcut_, &ShortcutRecorder::refused, this,
+            [this] { shortcutRow_->setError(sentence(Platform::ShortcutResult::invalid)); });
+    connect(shortcut_, &ShortcutRecorder::recordingChanged, this, [this] { shortcutRow_->setError({}); });
+    connect(clearShortcut_, &QPushButton::clicked, this, [this] {
+        shortcutRow_->setError({});
+        call(actions_.onShortcutCleared);
+    });
+}
+
+void GeneralPane::addSounds() {
+    FormSection* section = addSection(tr("Sounds"));
+    sounds_ =
+        section->addSwitch(tr("Interface sounds"), tr("Short sounds when characters come, go and finish."));
+    volume_ = section->addSlider(tr("Volume"), {0, 100, 5, 10},
+                                 [](int percent) { return tr("%1 %").arg(percent); });
+    connect(sounds_, &QCheckBox::toggled, this, [this](bool on) {
+        volume_->setEnabled(on);
+        call(actions_.onInterfaceSounds, on);
+    });
+    connect(volume_, &FormSlider::chosen, this,
+            [this](int percent) { call(actions_.onInterfaceVolume, percent / 100.0); });
+}
+
+void GeneralPane::addDesktop() {
+    FormSection* section = addSection(tr("New characters"));
+    const FormSlider::Range range{int(FellowCore::DesktopSize::smallestHeight),
+                                  int(FellowCore::DesktopSize::largestHeight), 4, 40};
+    defaultHeight_ = section->addSlider(
+        tr("Height"), range, [](int points) { return tr("%1 points").arg(points); },
+        tr("For a character that comes out for the first time."));
+    defaultHeight_->slider()->setAccessibleName(tr("Height of new characters"));
+    connect(defaultHeight_, &FormSlider::chosen, this,
+            [this](int height) { call(actions_.onDefaultHeight, double(height)); });
+}
+
+void GeneralPane::addArrange() {
+    FormSection* section = addSection(tr("Lining up"));
+    right_ = new FormRadio(tr("Right"), section);
+    bottom_ = new FormRadio(tr("Bottom"), section);
+    right_->setAccessibleName(tr("Along the right edge"));
+    bottom_->setAccessibleName(tr("Along the bottom edge"));
+    section->addRow(tr("Edge of the screen"), sideBySide({right_, bottom_}, section));
+    compact_ =
+        section->addSwitch(tr("Compact"), tr("Small and all of one height, as long as they stand in line."));
+    auto* buttons = new FormButtons(section);
+    arrange_ = buttons->add(tr("Arrange now"));
+    section->addRow(tr("Everyone on the desktop"), buttons);
+
+    connect(right_, &FormRadio::toggled, this,
+            [this](bool on) { call(actions_.onArrangeEdge, on ? Edge::right : Edge::bottom); });
+    connect(compact_, &QCheckBox::toggled, this, [this](bool on) { call(actions_.onArrangeCompact, on); });
+    connect(arrange_, &QPushButton::clicked, this, [this] { call(actions_.onArrange); });
+}
+
+void GeneralPane::addMotion() {
+    FormSection* section = addSection(tr("Motion"));
+    motion_ = makeText({}, TextStyle::body, section);
+    section->layout()->addWidget(motion_);
+}
+
+void GeneralPane::addAbout() {
+    FormSection* section = addSection(tr("About"));
+    version_ = makeText({}, TextStyle::body, section);
+    section->layout()->addWidget(version_);
+    folder_ = new FormLink(section);
+    section->addRow(tr("Your files are kept in"), folder_);
+    connect(folder_, &QPushButton::clicked, this, [this] { call(actions_.onOpenDataFolder); });
+}
+
+void GeneralPane::takeShortcut(const Platform::KeyCombination& combination) {
+    if (!actions_.onShortcutChanged) {
+        return;
+    }
+    const QString label = combination.label();
+    const Platform::ShortcutResult result = actions_.onShortcutChanged(combination, label);
+    shortcutRow_->setError(sentence(result));
+    if (result != Platform::ShortcutResult::registered) {
+        return;
+    }
+    shortcut_->setLabel(label);
+    clearShortcut_->setEnabled(true);
+}
+
+void GeneralPane::setStartAtLogin(bool on) {
+    const QString error = actions_.onStartAtLogin ? actions_.onStartAtLogin(on) : QString();
+    startRow_->setError(error);
+    if (!error.isEmpty()) {
+        startAtLogin_->setQuietly(!on);
+    }
+}
+
+void GeneralPane::showState(const LibraryState& state) {
+    const GeneralSettings& general = state.general;
+    sounds_->setQuietly(general.interfaceSounds);
+    volume_->setQuietly(int(std::lround(general.interfaceVolume * 100)));
+    volume_->setEnabled(general.interfaceSounds);
+
+    shortcut_->setLabel(general.shortcutLabel);
+    shortcut_->setEnabled(general.shortcutSupported);
+    clearShortcut_->setEnabled(general.shortcutSupported && !general.shortcutLabel.isEmpty());
+    shortcutRow_->setHelp(
+        general.shortcutSupported
+            ? QString()
+            : tr("This desktop gives programs no shortcuts. Bind \"deskfellow --toggle\" to keys "
+                 "in its own settings."));
+    startAtLogin_->setQuietly(general.startAtLogin);
+    defaultHeight_->setQuietly(int(std::lround(general.defaultHeight)));
+
+    right_->setQuietly(general.arrangeEdge == Edge::right);
+    bottom_->setQuietly(general.arrangeEdge == Edge::bottom);
+    compact_->setQuietly(general.arrangeCompact);
+    arrange_->setEnabled(!state.desktop.onScreen.empty() &&
+                         state.desktop.visibility == DesktopVisibility::shown);
+
+    motion_->setText(general.systemReducesMotion
+                         ? tr("Your system asks for reduced motion, so characters keep still.")
+                         : tr("Your system allows motion. A character's own switch is in its settings."));
+    version_->setText(tr("Deskfellow %1").arg(general.version));
+    folder_->setTarget(general.dataFolder, tr("Open the folder %1").arg(general.dataFolder));
+}
+
+} // namespace DeskSprites

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace FellowCore {
+
+/// What went wrong with a file, with the path in `what()`.
+class FileError : public std::runtime_error {
+public:
+    enum class Kind { notFound, notReadable, tooLarge, notWritable };
+
+    FileError(Kind kind, const std::filesystem::path& path, const std::string& reason);
+
+    Kind kind() const { return kind_; }
+    const std::filesystem::path& path() const { return path_; }
+
+private:
+    Kind kind_;
+    std::filesystem::path path_;
+};
+
+/// The file calls that stores make, one virtual each, so that a test can make any of them fail. All block.
+/// Every operation throws `std::system_error` with the system's code when it fails.
+class FileOperations {
+public:
+    virtual ~FileOperations() = default;
+
+    /// Opens an existing file for reading; directories and special files are refused.
+    virtual int openForReading(const std::filesystem::path& path) = 0;
+    /// Creates a new file (never an existing one, never through a link) with exactly this mode, whatever the
+    /// umask.
+    virtual int createExclusively(const std::filesystem::path& path, unsigned mode) = 0;
+    /// How many bytes were read, 0 at the end of the file.
+    virtual std::size_t read(int file, std::span<std::byte> into) = 0;
+    /// How many bytes were taken, which may be fewer than were given.
+    virtual std::size_t write(int file, std::span<const std::byte> from) = 0;
+    /// Flushes to the device.
+    virtual void flush(int file) = 0;
+    /// Flushes the names in a folder to the device, so that a rename survives a loss of power.
+    virtual void flushFolder(const std::filesystem::path& folder) = 0;
+    /// Never throws: a descriptor is gone after close whatever it answers, and `flush` has already told of
+    /// errors.
+    virtual void close(int file) noexcept = 0;
+    virtual std::uintmax_t size(int file) = 0;
+    virtual void rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+    virtual void remove(const std::filesystem::path& path) = 0;
+    /// Makes the folder and its parents with mode 0700 for those that are new; an existing folder is fine.
+    virtual void makeFolders(const std::filesystem::path& path) = 0;
+    /// Permission bits (0...0777) of an existing file, or nothing when there is none; what is no regular file
+    /// is refused.
+    virtual std::optional<unsigned> mode(const std::filesystem::path& path) = 0;
+    /// Where a link leads in the end, even when nothing stands there; the path itself when it is no link or
+    /// does not exist.
+    virtual std::filesystem::path resolved(const std::filesystem::path& path) = 0;
+};
+
+/// The real thing, over POSIX calls; stateless.
+class PosixFileOperations final : public FileOperations {
+public:
+    int openForReading(const std::filesystem::path& path) override;
+    int createExclusively(const std::filesystem::path& path, unsigned mode) override;
+    std::size_t read(int file, std::span<std::byte> into) override;
+    std::size_t write(int file, std::span<const std::byte> from) override;
+    void flush(int file) override;
+    void flushFolder(const std::filesystem::path& folder) override;
+    void close(int file) noexcept override;
+    std::uintmax_t size(int file) override;
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+    void remove(const std::filesystem::path& path) override;
+    void makeFolders(const std::filesystem::path& path) override;
+    std::optional<unsigned> mode(const std::filesystem::path& path) override;
+    std::filesystem::path resolved(const std::filesystem::path& path) override;
+};
+
+} // namespace FellowCore
