@@ -2,6 +2,7 @@
 
 #include "app/characters/manifest/ManifestCharacterController.h"
 #include "app/roster/BattiLamps.h"
+#include "app/roster/Icons.h"
 #include "core/art/CharacterBuildPolicy.h"
 #include "core/base/WholeFile.h"
 #include "core/host/PreferenceKeys.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QDebug>
-#include <QIcon>
 #include <QUrl>
 
 #include <algorithm>
@@ -112,6 +112,7 @@ void AppController::wire(DesktopCharacter& character) {
     character.onResize = [this, &character](int notches) { stepSize(character, notches); };
     character.menuProvider = [this, &character]() -> std::unique_ptr<QMenu> {
         focus(character.identifier());
+        quickActions_.dismiss();
         return menus_.characterMenu(character);
     };
     character.onChange = [this, &character] {
@@ -185,6 +186,7 @@ void AppController::restoreDesktop() {
 
 void AppController::createMenuBar() {
     const std::filesystem::path icons = surroundings_.resources / "icon";
+    QApplication::setWindowIcon(applicationIcon(icons));
     system_.tray().onActivated = [this] { toggleVisible(); };
     system_.tray().start(trayIcon(icons), [this](QMenu& menu) { menus_.fillTrayMenu(menu); });
     system_.tray().setTooltip(QStringLiteral("Deskfellow"));

@@ -3,9 +3,24 @@
 #include <QDebug>
 #include <QPluginLoader>
 
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 namespace Platform {
+
+namespace {
+
+/// Ends the process before the audio libraries clean up, which would destroy a lock that the thread still
+/// holds. Everything that is ours has been put in order by then.
+void leaveAtOnce(int status, void*) {
+    std::fflush(nullptr);
+    ::_exit(status);
+}
+
+} // namespace
 
 /// What lives on the thread: the library and its output, made when first asked for.
 class AudioThread::Stage final : public QObject {
@@ -40,10 +55,12 @@ AudioThread::~AudioThread() {
         return;
     thread_->quit();
     constexpr unsigned long patience = 1000;
-    // A thread that hangs in the sound server cannot be ended cleanly. It is left to the end of the process,
-    // because leaving the program must not wait for a sound.
-    if (!thread_->wait(patience))
-        static_cast<void>(thread_.release());
+    if (thread_->wait(patience))
+        return;
+    // A thread that hangs in the sound server cannot be ended, and leaving the program must not wait for a
+    // sound.
+    static_cast<void>(thread_.release());
+    ::on_exit(leaveAtOnce, nullptr);
 }
 
 void AudioThread::play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains) {

@@ -40,8 +40,8 @@ public:
     /// Takes a palette that stays as it is.
     void setDialoguePalette(const DialoguePalette& palette);
     const DialoguePalette& dialoguePalette() const { return palette_; }
-    /// Whether a compositor makes windows translucent, which a bubble takes for granted at first. Without one it has a
-    /// hard edge, or its corners would be black.
+    /// Whether a compositor makes windows translucent, which a bubble takes for granted at first. Without one
+    /// it has a hard edge, or its corners would be black.
     void setTranslucent(bool translucent);
     /// Takes `content` as the only thing inside, in place of what was there, which is deleted.
     void setContent(QWidget* content);

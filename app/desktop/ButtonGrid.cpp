@@ -10,7 +10,7 @@ namespace DeskSprites {
 
 namespace {
 
-bool standsAlone(const QuickAction& action) {
+bool isPrimary(const QuickAction& action) {
     return action.emphasis == Emphasis::primary;
 }
 
@@ -63,8 +63,7 @@ PanelButton* ButtonGrid::button(const QString& id) const {
 bool ButtonGrid::sameArrangement(const std::vector<QuickAction>& actions) const {
     return std::equal(actions.begin(), actions.end(), order_.begin(), order_.end(),
                       [this](const QuickAction& action, const QString& id) {
-                          return action.id == id &&
-                                 standsAlone(action) == standsAlone(entries_.at(id).action);
+                          return action.id == id && isPrimary(action) == isPrimary(entries_.at(id).action);
                       });
 }
 
@@ -100,29 +99,29 @@ void ButtonGrid::rearrange(const std::vector<QuickAction>& actions) {
     fillGrid();
 }
 
+bool ButtonGrid::standsAlone(std::size_t index) const {
+    return arrangement_ == Arrangement::rows && isPrimary(entries_.at(order_[index]).action);
+}
+
 void ButtonGrid::fillGrid() {
     int row = 0;
     int column = 0;
     QWidget* previous = nullptr;
     for (std::size_t index = 0; index < order_.size(); ++index) {
-        const Entry& entry = entries_.at(order_[index]);
+        PanelButton* button = entries_.at(order_[index]).button;
         if (arrangement_ == Arrangement::tiles) {
-            grid_->addWidget(entry.button, 0, column++);
+            grid_->addWidget(button, 0, column++);
         } else {
-            const bool alone = standsAlone(entry.action);
-            const bool last =
-                index + 1 == order_.size() || standsAlone(entries_.at(order_[index + 1]).action);
-            row += alone && column > 0 ? 1 : 0;
-            column = alone ? 0 : column;
-            const bool wide = alone || (column == 0 && last);
-            grid_->addWidget(entry.button, row, column, 1, wide ? 2 : 1);
+            const bool partnerless = index + 1 == order_.size() || standsAlone(index + 1);
+            const bool wide = column == 0 && (standsAlone(index) || partnerless);
+            grid_->addWidget(button, row, column, 1, wide ? 2 : 1);
             column = wide ? 0 : 1 - column;
             row += column == 0 ? 1 : 0;
         }
         if (previous != nullptr) {
-            setTabOrder(previous, entry.button);
+            setTabOrder(previous, button);
         }
-        previous = entry.button;
+        previous = button;
     }
     // A grid keeps the columns it once had; only those in use may take room.
     const int used = arrangement_ == Arrangement::tiles ? column : 2;

@@ -16,6 +16,7 @@ class ButtonGrid : public QWidget {
 
 public:
     enum class Arrangement {
+        pairs, ///< all share rows by two
         rows,  ///< a primary action has a row of its own, the others share rows by two
         tiles, ///< all in one row, equally wide, the icon above the word
     };
@@ -39,6 +40,7 @@ private:
     };
     bool sameArrangement(const std::vector<QuickAction>& actions) const;
     void rearrange(const std::vector<QuickAction>& actions);
+    bool standsAlone(std::size_t index) const;
     void fillGrid();
     void update(Entry& entry, const QuickAction& action);
     void press(const QString& id);

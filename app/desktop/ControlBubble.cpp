@@ -15,13 +15,14 @@ namespace DeskSprites {
 
 namespace {
 constexpr int widestText = PanelMetrics::contentWidth - 4 * PanelMetrics::unit;
+constexpr int closeSide = 22;
 constexpr FellowCore::Seconds longestLifetime = 24 * 60 * 60;
 } // namespace
 
 ControlBubble::ControlBubble()
     : Bubble(BubbleDismissal::explicitOnly), text_(new PanelText(TextRole::body)),
       close_(new PanelButton(PanelButton::Shape::icon)),
-      buttons_(new ButtonGrid(ButtonGrid::Arrangement::rows)) {
+      buttons_(new ButtonGrid(ButtonGrid::Arrangement::pairs)) {
     auto* inside = new QWidget;
     auto* line = new QHBoxLayout;
     line->setSpacing(PanelMetrics::unit);
@@ -34,6 +35,9 @@ ControlBubble::ControlBubble()
     column->addWidget(buttons_);
     Bubble::setContent(inside);
 
+    // As high as a line of text is with its margins, so that the cross stands beside the first line.
+    close_->setFixedSize(closeSide, closeSide);
+    text_->setContentsMargins(0, std::max(0, (closeSide - text_->fontMetrics().height()) / 2), 0, 0);
     close_->setTitle(tr("Close"));
     close_->setPixelIcon(PixelIcon::close);
     close_->setEmphasis(Emphasis::quiet);

@@ -34,7 +34,7 @@ QSize LampDot::sizeHint() const {
 void LampDot::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRect inside = rect().adjusted(pixel, pixel, -pixel, -pixel);
-    fillStepped(painter, rect(), 2, mixed(colour_, palette_.contour(), 0.6));
+    fillStepped(painter, rect(), 1, mixed(colour_, palette_.contour(), 0.6));
     fillStepped(painter, inside, 1, colour_);
     painter.fillRect(inside.left() + pixel, inside.top() + pixel, pixel, pixel,
                      mixed(colour_, Qt::white, 0.7));

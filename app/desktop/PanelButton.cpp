@@ -14,6 +14,7 @@ namespace DeskSprites {
 namespace {
 constexpr int pixel = PixelFrame::pixel;
 constexpr int iconSide = pixelIconSide * pixel;
+constexpr int iconGap = 6;
 constexpr int cornerSteps = 2;
 
 int evenUp(int length) {
@@ -84,7 +85,7 @@ QSize PanelButton::contentsSize() const {
     if (shape_ == Shape::tile) {
         return {std::max(word.width(), iconSide), iconSide + PanelMetrics::halfUnit + word.height()};
     }
-    const int extra = iconSide + PanelMetrics::halfUnit;
+    const int extra = iconSide + iconGap;
     return {word.width() + (icon_ ? extra : 0) + (opensMenu_ ? extra : 0), std::max(word.height(), iconSide)};
 }
 
@@ -94,7 +95,7 @@ QSize PanelButton::sizeHint() const {
     case Shape::icon:
         return {iconSide + 10, iconSide + 10};
     case Shape::tile:
-        return {inside.width() + 2 * PanelMetrics::unit, inside.height() + 14};
+        return {inside.width() + 2 * PanelMetrics::unit, inside.height() + PanelMetrics::unit};
     case Shape::row:
         break;
     }
@@ -173,7 +174,7 @@ void PanelButton::paintContents(QPainter& painter, const QRect& inside, const QC
     }
     QRect line(inside.left() + (inside.width() - contents.width()) / 2, inside.top(), contents.width(),
                inside.height());
-    const int step = iconSide + PanelMetrics::halfUnit;
+    const int step = iconSide + iconGap;
     if (icon_) {
         paintIcon(mirrored ? line.right() + 1 - iconSide : line.left(), middleY, *icon_);
         line.adjust(mirrored ? 0 : step, 0, mirrored ? -step : 0, 0);

@@ -14,7 +14,7 @@ namespace DeskSprites {
 
 namespace {
 constexpr int pixel = PixelFrame::pixel;
-constexpr int knobWidth = 7 * pixel;
+constexpr int knobWidth = 6 * pixel;
 constexpr int knobHeight = 10 * pixel;
 constexpr int grooveHeight = 3 * pixel;
 constexpr int rim = 2 * pixel; // room for the focus ring
@@ -79,11 +79,10 @@ void PanelSlider::paintEvent(QPaintEvent*) {
     const QColor face = isSliderDown() ? palette_.accentPressed()
                         : underMouse() ? palette_.accentHover()
                                        : palette_.accent;
-    fillStepped(painter, knob, 2, palette_.contour());
+    fillStepped(painter, knob, 1, palette_.contour());
     const QRect inside = knob.adjusted(pixel, pixel, -pixel, -pixel);
-    fillStepped(painter, inside, 1, face);
-    painter.fillRect(inside.left() + pixel, inside.top(), inside.width() - 2 * pixel, pixel,
-                     mixed(face, Qt::white, 0.35));
+    fillStepped(painter, inside, 0, face);
+    painter.fillRect(inside.left(), inside.top(), inside.width(), pixel, mixed(face, Qt::white, 0.35));
 }
 
 bool PanelSlider::event(QEvent* event) {

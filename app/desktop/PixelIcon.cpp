@@ -127,13 +127,13 @@ Picture picture(PixelIcon icon) {
                 "........."};
     case PixelIcon::chevron:
         return {".........",
-                "...#.....",
+                ".........",
+                ".##...##.",
+                "..##.##..",
+                "...###...",
                 "....#....",
-                ".....#...",
-                "......#..",
-                ".....#...",
-                "....#....",
-                "...#.....",
+                ".........",
+                ".........",
                 "........."};
     }
     return {};
@@ -142,7 +142,7 @@ Picture picture(PixelIcon icon) {
 
 /// Playing and pausing point the same way everywhere; ways back and forth follow the line of reading.
 bool followsReading(PixelIcon icon) {
-    return icon == PixelIcon::chevron || icon == PixelIcon::skip || icon == PixelIcon::bringAnother;
+    return icon == PixelIcon::skip || icon == PixelIcon::bringAnother;
 }
 
 } // namespace

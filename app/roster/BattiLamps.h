@@ -2,7 +2,6 @@
 
 #include "core/art/CharacterManifest.h"
 
-#include <QIcon>
 #include <QImage>
 
 #include <array>
@@ -13,8 +12,5 @@ namespace DeskSprites {
 /// The pictures of Batti's lit lens for red, amber and green, each the size of the grid. One that cannot be loaded is
 /// transparent, with a line in the log: the lamp stays dark, and the timer works all the same. Blocks.
 std::array<QImage, 3> loadBattiLamps(const std::filesystem::path& folder, FellowCore::CharacterManifest::Grid grid);
-
-/// The one-colour icon for the tray, in every size there is. Blocks.
-QIcon trayIcon(const std::filesystem::path& folder);
 
 } // namespace DeskSprites

@@ -76,6 +76,11 @@ void guardFromWheel(QWidget* widget) {
     widget->installEventFilter(new WheelGuard(widget));
 }
 
+/// Steps of the corners of a control of this height, so that a large font does not make a box of a switch.
+int roundingOf(int height) {
+    return std::max(2, height / 8);
+}
+
 } // namespace
 
 QLabel* makeText(const QString& text, TextStyle style, QWidget* parent) {
@@ -120,19 +125,20 @@ QSize FormSwitch::sizeHint() const {
 void FormSwitch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRect track = rect().adjusted(pixel, pixel, -pixel, -pixel);
+    const int steps = roundingOf(track.height());
     const QColor edge = palette().color(QPalette::PlaceholderText);
     if (hasFocus()) {
-        fillStepped(painter, rect(), 3, palette().color(QPalette::WindowText));
+        fillStepped(painter, rect(), steps + 1, palette().color(QPalette::WindowText));
     }
-    fillStepped(painter, track, 2, isChecked() ? palette().color(QPalette::Highlight) : edge);
+    fillStepped(painter, track, steps, isChecked() ? palette().color(QPalette::Highlight) : edge);
     if (!isChecked()) {
-        fillStepped(painter, track.adjusted(pixel, pixel, -pixel, -pixel), 1,
+        fillStepped(painter, track.adjusted(pixel, pixel, -pixel, -pixel), steps - 1,
                     palette().color(QPalette::Base));
     }
     const int knob = track.height() - 4 * pixel;
     const bool right = isChecked() != isRightToLeft();
     const int left = right ? track.right() + 1 - 2 * pixel - knob : track.left() + 2 * pixel;
-    fillStepped(painter, QRect(left, track.top() + 2 * pixel, knob, knob), 1,
+    fillStepped(painter, QRect(left, track.top() + 2 * pixel, knob, knob), steps - 1,
                 isChecked() ? palette().color(QPalette::HighlightedText) : edge);
 }
 
@@ -160,16 +166,16 @@ void FormRadio::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QRect ring =
         QStyle::visualRect(layoutDirection(), rect(), QRect(pixel, (height() - side()) / 2, side(), side()));
+    const int steps = roundingOf(side());
+    const QColor highlight = palette().color(QPalette::Highlight);
     if (hasFocus()) {
-        fillStepped(painter, ring.adjusted(-pixel, -pixel, pixel, pixel), 3,
+        fillStepped(painter, ring.adjusted(-pixel, -pixel, pixel, pixel), steps + 1,
                     palette().color(QPalette::WindowText));
     }
-    fillStepped(painter, ring, 2,
-                palette().color(isChecked() ? QPalette::Highlight : QPalette::PlaceholderText));
-    fillStepped(painter, ring.adjusted(pixel, pixel, -pixel, -pixel), 1, palette().color(QPalette::Base));
+    fillStepped(painter, ring, steps, isChecked() ? highlight : palette().color(QPalette::PlaceholderText));
+    fillStepped(painter, ring.adjusted(pixel, pixel, -pixel, -pixel), steps - 1, palette().color(QPalette::Base));
     if (isChecked()) {
-        fillStepped(painter, ring.adjusted(2 * pixel, 2 * pixel, -2 * pixel, -2 * pixel), 1,
-                    palette().color(QPalette::Highlight));
+        fillStepped(painter, ring.adjusted(2 * pixel, 2 * pixel, -2 * pixel, -2 * pixel), steps - 1, highlight);
     }
     const QRect words =
         QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(pixel + side() + unit, 0, 0, 0));

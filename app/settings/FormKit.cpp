@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QResizeEvent>
+#include <QScrollBar>
 #include <QSlider>
 #include <QVBoxLayout>
 
@@ -127,6 +128,8 @@ FormPage::FormPage(QWidget* parent)
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
+    verticalScrollBar()->setAccessibleName(tr("Scroll"));
+    horizontalScrollBar()->setAccessibleName(tr("Scroll sideways"));
     layout_->setSpacing(3 * unit);
     layout_->addStretch();
     setWidget(column_);

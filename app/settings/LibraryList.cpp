@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QPainter>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 
@@ -223,6 +224,7 @@ void fill(QListWidgetItem& item, const LibraryEntry& entry, const LibraryDesktop
 
 LibraryList::LibraryList(QWidget* parent) : QListWidget(parent) {
     setAccessibleName(tr("Characters and settings"));
+    verticalScrollBar()->setAccessibleName(tr("Scroll"));
     setItemDelegate(new LibraryDelegate(this));
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -264,7 +266,7 @@ void LibraryList::showState(const LibraryState& state) {
     general.setData(Qt::AccessibleTextRole, tr("General"));
     general.setToolTip(QString());
     if (!choose(wanted)) {
-        clearSelection();
+        setCurrentRow(-1);
     }
 }
 

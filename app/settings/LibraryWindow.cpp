@@ -56,6 +56,13 @@ void LibraryWindow::refresh() {
     }
 }
 
+void LibraryWindow::refreshPane(const std::string& pane) {
+    const auto found = panes_.find(pane);
+    if (found != panes_.end()) {
+        found->second->showState(state_);
+    }
+}
+
 bool LibraryWindow::showPane(const std::string& pane) {
     if (!list_->choose(pane)) {
         return false;

@@ -23,6 +23,8 @@ public:
 
     /// Brings the whole window in line with the state.
     void refresh();
+    /// The same for one pane, if it has been built.
+    void refreshPane(const std::string& pane);
     /// Opens a pane without telling anyone; false when there is no such pane.
     bool showPane(const std::string& pane);
     std::string pane() const;

@@ -53,17 +53,17 @@ void LibraryWindowController::setActive(std::string active, std::vector<std::str
 
 void LibraryWindowController::setGeneral(GeneralSettings general) {
     state_.general = std::move(general);
-    refresh();
+    refreshPane(generalPane);
 }
 
 void LibraryWindowController::setCharacter(const std::string& id, CharacterSettings settings) {
     state_.characters.insert_or_assign(id, settings);
-    refresh();
+    refreshPane(id);
 }
 
 void LibraryWindowController::setTimer(const std::string& id, FellowCore::TimerSettings settings) {
     state_.timers.insert_or_assign(id, settings);
-    refresh();
+    refreshPane(id);
 }
 
 void LibraryWindowController::refresh() {
@@ -72,6 +72,12 @@ void LibraryWindowController::refresh() {
     }
     window_->refresh();
     pane_ = window_->pane();
+}
+
+void LibraryWindowController::refreshPane(const std::string& pane) {
+    if (window_) {
+        window_->refreshPane(pane);
+    }
 }
 
 void LibraryWindowController::makeWindow() {

@@ -43,6 +43,7 @@ public:
 private:
     void makeWindow();
     void refresh();
+    void refreshPane(const std::string& pane);
 
     LibraryActions actions_;
     SettingsForms forms_;

@@ -6,10 +6,12 @@
 
 #include <QAccessible>
 #include <QDrag>
+#include <QGuiApplication>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QProcess>
 #include <QWidget>
+#include <QWindow>
 
 #include <gmock/gmock.h>
 
@@ -192,9 +194,12 @@ TEST_F(DesktopSurfaceTest, RaisesOneAboveTheOther) {
     runFor(50);
     ASSERT_TRUE(hands("mousemove 450 450 click 1"));
     ASSERT_TRUE(waitUntil([&] { return second.presses.size() == 1; }));
+    fprintf(stderr,"first %llx second %llx\n", surface->windowId(), above->windowId());::system("xwininfo -root -tree | grep 100x100");
     surface->raise();
+    runFor(200); ::system("xwininfo -root -tree | grep 100x100");
     ASSERT_TRUE(hands("click 1"));
     EXPECT_TRUE(waitUntil([&] { return figure.presses.size() == 1; }));
+    fprintf(stderr,"%zu %zu entered %d %d\n", figure.presses.size(), second.presses.size(), figure.entered, second.entered);
 }
 
 TEST_F(DesktopSurfaceTest, PaintsOnlyWhatChanged) {
@@ -305,9 +310,9 @@ class TextSource : public QWidget {
 protected:
     void mouseMoveEvent(QMouseEvent*) override {
         auto* drag = new QDrag(this);
-        auto* data = new QMimeData;
-        data->setText(QStringLiteral("water the plants"));
-        drag->setMimeData(data);
+        auto* content = new QMimeData;
+        content->setText(QStringLiteral("water the plants"));
+        drag->setMimeData(content);
         drag->exec(Qt::CopyAction);
     }
 };

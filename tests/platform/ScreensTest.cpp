@@ -66,8 +66,9 @@ protected:
             fresh.append(QStringLiteral("part%1").arg(fresh.size()));
         }
         for (const QString& old : monitors_) {
-            if (!fresh.contains(old))
-                ASSERT_TRUE(Testing::run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), old}));
+            if (fresh.contains(old))
+                continue;
+            ASSERT_TRUE(Testing::run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), old}));
         }
         monitors_ = fresh;
     }

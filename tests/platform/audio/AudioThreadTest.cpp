@@ -116,8 +116,7 @@ protected:
     }
     const auto elapsed = ending.elapsed();
     std::filesystem::remove_all(qEnvironmentVariable("XDG_RUNTIME_DIR").toStdString());
-    std::cerr << "waited " << elapsed << std::endl;
-    expectAllAndExit({elapsed < 1500});
+    expectAllAndExit({elapsed >= 1000, elapsed < 2000});
 }
 
 const auto succeeds = testing::ExitedWithCode(0);
@@ -145,7 +144,7 @@ TEST_F(AudioThreadDeathTest, soundsComeBackAfterTheServerCrashed) {
 }
 
 TEST_F(AudioThreadDeathTest, theProgramEndsWhileTheServerHangs) {
-    EXPECT_EXIT(endWhileTheServerHangs(), succeeds, "xxx");
+    EXPECT_EXIT(endWhileTheServerHangs(), succeeds, "done");
 }
 
 } // namespace

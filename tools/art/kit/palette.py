@@ -39,6 +39,8 @@ RAMPS = {
     "ginger":  _ramp("4a2012 924018 cf6c26 ec9a48 fbcb82"),
     "stone":   _ramp("4a3034 8c5e52 bd8a6a dcb48c f4dcb4"),
     "jet":     _ramp("140e18 241a2c 3a2c42 584660 86728a"),
+    "sage":    _ramp("1a332f 2f5a4d 457a6b 72a68c b2d8b0"),
+    "slate":   _ramp("1e2240 35426c 4f639a 8094c0 bccadc"),
 }
 
 RAMP_NAMES = list(RAMPS)
