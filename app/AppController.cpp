@@ -223,6 +223,8 @@ void AppController::handleArguments(const QStringList& arguments) {
             }
         } else if (argument == QLatin1String("--toggle")) {
             toggleVisible();
+        } else if (argument == QLatin1String("--swap-back")) {
+            swapBack();
         } else if (argument == QLatin1String("--quit")) {
             quit();
         } else if (argument.startsWith(QLatin1String("deskfellow:"))) {
@@ -249,8 +251,13 @@ void AppController::handleControlEvent(const QString& url) {
         openLibrary(subject.empty() ? std::nullopt : std::optional(subject));
     } else if (link.host() == QLatin1String("select")) {
         select(subject);
+    } else if (link.host() == QLatin1String("bring")) {
+        bringOut(subject);
     } else if (link.host() == QLatin1String("toggle")) {
         toggleVisible();
+    } else if (const auto edge = FellowCore::ArrangeLayout::edgeFromRawValue(subject);
+               edge && link.host() == QLatin1String("arrange")) {
+        arrange(*edge, CompactChange::keep);
     } else {
         qWarning("Deskfellow does not know the link %s", qUtf8Printable(url.left(200)));
     }

@@ -15,6 +15,7 @@ const char* const usage = "usage: deskfellow [SWITCH ...] [deskfellow:// LINK]\n
                           "  --library        open the settings window\n"
                           "  --controls       bring Batti out and open its quick actions\n"
                           "  --toggle         hide everyone, or show them again\n"
+                          "  --swap-back      put the character that was swapped out last back in its place\n"
                           "  --quit           end the running program\n"
                           "  --mute-interface-for-testing   make no sound\n"
                           "  --version        print the version\n"
@@ -24,7 +25,8 @@ const char* const usage = "usage: deskfellow [SWITCH ...] [deskfellow:// LINK]\n
 
 CommandLine::CommandLine(const QStringList& arguments) {
     static const QSet<QString> known{QStringLiteral("--library"), QStringLiteral("--controls"),
-                                     QStringLiteral("--toggle"), QStringLiteral("--quit")};
+                                     QStringLiteral("--toggle"), QStringLiteral("--swap-back"),
+                                     QStringLiteral("--quit")};
     const QString mute = QString::fromUtf8(InterfaceAudio::muteSwitch.data(), InterfaceAudio::muteSwitch.size());
     for (const QString& argument : arguments) {
         if (argument == QLatin1String("--help")) {

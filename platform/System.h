@@ -4,6 +4,7 @@
 #include "platform/DesktopSurface.h"
 #include "platform/FrontmostApplication.h"
 #include "platform/GlobalShortcuts.h"
+#include "platform/PointerPresses.h"
 #include "platform/ReducedMotion.h"
 #include "platform/Screens.h"
 #include "platform/SessionEvents.h"
@@ -27,6 +28,7 @@ public:
     virtual GlobalShortcuts& shortcuts() = 0;
     virtual FrontmostApplication& frontmost() = 0;
     virtual Tray& tray() = 0;
+    virtual PointerPresses& presses() = 0;
 
     /// A new surface. The client must outlive it; the surface must not outlive this object.
     virtual std::unique_ptr<DesktopSurface> makeSurface(DesktopSurfaceClient& client) = 0;

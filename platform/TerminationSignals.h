@@ -9,7 +9,7 @@ class QSocketNotifier;
 namespace Platform {
 
 /// Turns the signals that ask a program to end (TERM, HUP, INT) into one call on the main loop, so that the
-/// program ends in good order. A second signal ends the process at once. One object at a time; destroying it
+/// program ends in good order. Further ones change nothing while it does. One object at a time; destroying it
 /// puts the earlier handling back.
 class TerminationSignals : public QObject {
 public:

@@ -30,6 +30,26 @@ std::optional<QPoint> direction(int key) {
     }
 }
 
+QRect placeIn(const QWidget& root, const QWidget& widget) {
+    return {widget.mapTo(&root, QPoint(0, 0)), widget.size()};
+}
+
+/// How far `to` lies from `from` in the direction of `way`; nothing when it does not lie there. What is
+/// straight ahead beats what is aside, and then the nearer middle wins.
+std::optional<int> distanceAlong(const QRect& from, const QRect& to, const QPoint& way) {
+    constexpr int aheadWeight = 1000;
+    const bool level = way.x() != 0;
+    const int ahead = level ? (way.x() > 0 ? to.left() - from.right() : from.left() - to.right())
+                            : (way.y() > 0 ? to.top() - from.bottom() : from.top() - to.bottom());
+    if (ahead < 0) {
+        return std::nullopt;
+    }
+    const int aside = level ? std::max(to.top() - from.bottom(), from.top() - to.bottom())
+                            : std::max(to.left() - from.right(), from.left() - to.right());
+    const QPoint middles = to.center() - from.center();
+    return (ahead + 2 * std::max(0, aside)) * aheadWeight + std::abs(level ? middles.y() : middles.x());
+}
+
 } // namespace
 
 ButtonGrid::ButtonGrid(Arrangement arrangement, QWidget* parent)
@@ -45,14 +65,24 @@ void ButtonGrid::setDialoguePalette(const DialoguePalette& palette) {
     }
 }
 
-void ButtonGrid::setActions(const std::vector<QuickAction>& actions) {
-    if (!sameArrangement(actions)) {
+bool ButtonGrid::setActions(const std::vector<QuickAction>& actions) {
+    const bool changes = !sameArrangement(actions);
+    if (changes) {
         rearrange(actions);
     }
     for (const QuickAction& action : actions) {
         update(entries_[action.id], action);
     }
     setVisible(!actions.empty());
+    return changes;
+}
+
+std::vector<PanelButton*> ButtonGrid::buttons() const {
+    std::vector<PanelButton*> all;
+    for (const QString& id : order_) {
+        all.push_back(entries_.at(id).button);
+    }
+    return all;
 }
 
 PanelButton* ButtonGrid::button(const QString& id) const {
@@ -106,7 +136,6 @@ bool ButtonGrid::standsAlone(std::size_t index) const {
 void ButtonGrid::fillGrid() {
     int row = 0;
     int column = 0;
-    QWidget* previous = nullptr;
     for (std::size_t index = 0; index < order_.size(); ++index) {
         PanelButton* button = entries_.at(order_[index]).button;
         if (arrangement_ == Arrangement::tiles) {
@@ -118,10 +147,6 @@ void ButtonGrid::fillGrid() {
             column = wide ? 0 : 1 - column;
             row += column == 0 ? 1 : 0;
         }
-        if (previous != nullptr) {
-            setTabOrder(previous, button);
-        }
-        previous = button;
     }
     // A grid keeps the columns it once had; only those in use may take room.
     const int used = arrangement_ == Arrangement::tiles ? column : 2;
@@ -172,30 +197,28 @@ void ButtonGrid::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
 }
 
+bool takesTab(const QWidget& widget) {
+    return (widget.focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
+}
+
 bool moveFocusByArrow(QWidget& root, int key) {
     const std::optional<QPoint> way = direction(key);
     if (!way) {
         return false;
     }
-    const QWidget* from = root.focusWidget();
-    const auto middle = [&root](const QWidget* widget) {
-        return widget->mapTo(&root, QPoint(0, 0)) * 2 + QPoint(widget->width(), widget->height());
-    };
+    QWidget* from = root.focusWidget() == &root ? nullptr : root.focusWidget();
     QWidget* nearest = nullptr;
     int least = std::numeric_limits<int>::max();
     for (QWidget* widget : root.findChildren<QWidget*>()) {
-        const bool takesFocus = (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
-        if (!takesFocus || widget == from || !widget->isEnabled() || !widget->isVisibleTo(&root)) {
+        if (!takesTab(*widget) || widget == from || !widget->isEnabled() || !widget->isVisibleTo(&root)) {
             continue;
         }
-        // With nothing focused, an arrow enters at the top.
-        const QPoint offset =
-            from == nullptr || from == &root ? middle(widget) : middle(widget) - middle(from);
-        const int along = from == nullptr || from == &root ? offset.y() : QPoint::dotProduct(offset, *way);
-        const int across = std::abs(way->x() != 0 ? offset.y() : offset.x());
-        const int distance = along + 2 * across;
-        if (along > 0 && distance < least) {
-            least = distance;
+        const QRect place = placeIn(root, *widget);
+        // With nothing focused an arrow enters at the top.
+        const std::optional<int> distance =
+            from != nullptr ? distanceAlong(placeIn(root, *from), place, *way) : place.top();
+        if (distance && *distance < least) {
+            least = *distance;
             nearest = widget;
         }
     }

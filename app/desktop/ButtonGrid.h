@@ -24,7 +24,10 @@ public:
     explicit ButtonGrid(Arrangement arrangement, QWidget* parent = nullptr);
 
     void setDialoguePalette(const DialoguePalette& palette);
-    void setActions(const std::vector<QuickAction>& actions);
+    /// True when buttons came, went or changed places.
+    bool setActions(const std::vector<QuickAction>& actions);
+    /// The buttons in reading order.
+    std::vector<PanelButton*> buttons() const;
     /// The button of an action that is shown, or null.
     PanelButton* button(const QString& id) const;
     /// After a press that was not a menu's, before the action's own closure.
@@ -53,6 +56,8 @@ private:
     QPointer<QMenu> openMenu_;
 };
 
+/// Whether the Tab key stops at `widget`.
+bool takesTab(const QWidget& widget);
 /// Moves the focus from the focused control inside `root` to the nearest one in the direction of an arrow
 /// key. False when the key is no arrow or nothing lies there.
 bool moveFocusByArrow(QWidget& root, int key);

@@ -41,7 +41,6 @@ ControlBubble::ControlBubble()
     close_->setTitle(tr("Close"));
     close_->setPixelIcon(PixelIcon::close);
     close_->setEmphasis(Emphasis::quiet);
-    QWidget::setTabOrder(buttons_, close_);
     connect(close_, &QAbstractButton::clicked, this, [this] { dismiss(); });
     buttons_->onPressed = [this] { dismiss(); };
     lifetime_.setSingleShot(true);
@@ -56,6 +55,11 @@ void ControlBubble::setNotice(const ControlNotice& notice) {
     text_->setMinimumWidth(
         std::min(widestText, text_->fontMetrics().boundingRect(notice.text).width() + PanelMetrics::unit));
     buttons_->setActions(notice.actions);
+    std::vector<PanelButton*> order = buttons_->buttons();
+    order.push_back(close_);
+    for (std::size_t index = 1; index < order.size(); ++index) {
+        setTabOrder(order[index - 1], order[index]);
+    }
     setAccessibleName(notice.text);
     setWindowTitle(notice.text);
     startLifetime();

@@ -49,6 +49,7 @@ void DesktopCharacter::attachView(SpriteView& view) {
     view_ = &view;
     surface_ = services_.system.makeSurface(view);
     view.attach(*surface_);
+    surface_->setAccessible(name(), {}, QString::fromStdString(companion_.manifest.role));
     connectView();
 }
 
@@ -142,7 +143,7 @@ void DesktopCharacter::setVisibleHeight(double height, Sizing sizing) {
 
 void DesktopCharacter::applyLayout(Sizing sizing) {
     const bool hadPlace = !surface_->frame().isEmpty();
-    const Point foot = hadPlace ? anchor() : Point{};
+    const Point foot = hadPlace ? exactAnchor() : Point{};
     const ManifestCharacterLayout layout = layoutAt(visibleHeight_, sizing);
     view_->setLayout(layout);
     Rect frame{surface_->frame().x, surface_->frame().y, layout.size.width, layout.size.height};
@@ -151,6 +152,13 @@ void DesktopCharacter::applyLayout(Sizing sizing) {
         frame = frame.at({foot.x - art.midX(), foot.y - art.minY()});
     }
     moveWindow(frame);
+    resizeFoot_ = foot;
+    resizedFrame_ = surface_->frame();
+}
+
+Point DesktopCharacter::exactAnchor() const {
+    // A row of resizes must not carry the foot away by half a point each.
+    return surface_->frame() == resizedFrame_ ? resizeFoot_ : anchor();
 }
 
 void DesktopCharacter::place(Point foot) {

@@ -11,6 +11,7 @@ namespace DeskSprites {
 namespace {
 
 constexpr double textContrast = 4.5;
+constexpr double brown = 0.085; // a hue, of a whole turn
 constexpr QRgb lightPaper = 0xfffdf5e6;
 constexpr QRgb lightInk = 0xff2c171a;
 constexpr QRgb darkPaper = 0xff2a2022;
@@ -30,18 +31,24 @@ int channel(double value) {
     return std::isfinite(value) ? static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * 255)) : 0;
 }
 
-/// The colour nearest to `wanted` in lightness, of the same hue and saturation, that text can stand on or be
-/// made of.
+/// Darkened at their own hue yellows go olive; in this house's ramps their shadows go brown.
+bool isYellow(double hue) {
+    return hue > brown && hue < 0.19;
+}
+
+/// The colour nearest to `wanted` in lightness, of about the same hue, that text can stand on or be made of.
 QColor readable(const QColor& wanted, const QColor& paper, DesktopTheme theme) {
     const double step = theme == DesktopTheme::light ? -0.01 : 0.01;
-    const float saturation = wanted.hslSaturationF();
+    const double hue = std::max(0.0F, wanted.hslHueF());
     QColor colour = wanted;
     for (double lightness = wanted.lightnessF(); contrastRatio(colour, paper) < textContrast;) {
         lightness = std::clamp(lightness + step, 0.0, 1.0);
-        colour = QColor::fromHslF(std::max(0.0F, wanted.hslHueF()), saturation, static_cast<float>(lightness))
-                     .toRgb();
+        const double darkened = std::max(0.0, wanted.lightnessF() - lightness);
+        const double shown = isYellow(hue) ? std::max(brown, hue - darkened / 2) : hue;
+        const QColor moved = QColor::fromHslF(static_cast<float>(shown), wanted.hslSaturationF(),
+                                              static_cast<float>(lightness));
         // Colours hold 16 bits a channel and the screen 8: judge what will be seen.
-        colour = QColor(colour.red(), colour.green(), colour.blue());
+        colour = QColor(moved.red(), moved.green(), moved.blue());
     }
     return colour;
 }

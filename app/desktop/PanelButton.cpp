@@ -1,6 +1,5 @@
 #include "app/desktop/PanelButton.h"
 
-#include "app/desktop/FocusVisibility.h"
 #include "app/desktop/PanelMetrics.h"
 #include "app/desktop/PixelFrame.h"
 
@@ -133,11 +132,12 @@ void PanelButton::paintEvent(QPaintEvent*) {
     const QRect outer = rect();
     const QRect inner = outer.adjusted(pixel, pixel, -pixel, -pixel);
     const bool down = isDown() && isEnabled();
-    fillStepped(painter, outer, cornerSteps, keyboardFocus_ ? palette_.ink : shown.edge);
+    const bool ring = focusRing_.shows(hasFocus());
+    fillStepped(painter, outer, cornerSteps, ring ? palette_.ink : shown.edge);
     const bool hollow = shown.ground.alpha() == 0;
-    fillStepped(painter, inner, cornerSteps - 1, hollow || keyboardFocus_ ? palette_.paper : shown.ground);
+    fillStepped(painter, inner, cornerSteps - 1, hollow || ring ? palette_.paper : shown.ground);
     if (!hollow) {
-        const QRect face = keyboardFocus_ ? inner.adjusted(pixel, pixel, -pixel, -pixel) : inner;
+        const QRect face = ring ? inner.adjusted(pixel, pixel, -pixel, -pixel) : inner;
         fillStepped(painter, face, cornerSteps - 1, shown.ground);
         if (!down) {
             painter.fillRect(face.left() + pixel, face.bottom() + 1 - pixel, face.width() - 2 * pixel, pixel,
@@ -194,12 +194,12 @@ bool PanelButton::event(QEvent* event) {
 }
 
 void PanelButton::focusInEvent(QFocusEvent* event) {
-    keyboardFocus_ = focusIsVisible(event->reason(), keyboardFocus_);
+    focusRing_.focusIn(*event);
     QAbstractButton::focusInEvent(event);
 }
 
 void PanelButton::focusOutEvent(QFocusEvent* event) {
-    keyboardFocus_ = false;
+    focusRing_.focusOut(*event);
     QAbstractButton::focusOutEvent(event);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/desktop/DialoguePalette.h"
+#include "app/desktop/FocusRing.h"
 #include "app/desktop/QuickAction.h"
 
 #include <QAbstractButton>
@@ -58,7 +59,7 @@ private:
     Emphasis emphasis_ = Emphasis::plain;
     std::optional<PixelIcon> icon_;
     bool opensMenu_ = false;
-    bool keyboardFocus_ = false;
+    FocusRing focusRing_;
 };
 
 } // namespace DeskSprites

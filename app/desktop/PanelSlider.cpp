@@ -1,6 +1,5 @@
 #include "app/desktop/PanelSlider.h"
 
-#include "app/desktop/FocusVisibility.h"
 #include "app/desktop/PixelFrame.h"
 
 #include <QKeyEvent>
@@ -72,7 +71,7 @@ void PanelSlider::paintEvent(QPaintEvent*) {
         filled.setRight(knob.center().x());
     }
     fillStepped(painter, filled, 1, palette_.accent);
-    if (keyboardFocus_) {
+    if (focusRing_.shows(hasFocus())) {
         fillStepped(painter, knob.adjusted(-2 * pixel, -2 * pixel, 2 * pixel, 2 * pixel), 3, palette_.ink);
         fillStepped(painter, knob.adjusted(-pixel, -pixel, pixel, pixel), 2, palette_.paper);
     }
@@ -141,13 +140,13 @@ void PanelSlider::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void PanelSlider::focusInEvent(QFocusEvent* event) {
-    keyboardFocus_ = focusIsVisible(event->reason(), keyboardFocus_);
+    focusRing_.focusIn(*event);
     QAbstractSlider::focusInEvent(event);
     QWidget::update();
 }
 
 void PanelSlider::focusOutEvent(QFocusEvent* event) {
-    keyboardFocus_ = false;
+    focusRing_.focusOut(*event);
     setSliderDown(false);
     QAbstractSlider::focusOutEvent(event);
     QWidget::update();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/desktop/DialoguePalette.h"
+#include "app/desktop/FocusRing.h"
 
 #include <QAbstractSlider>
 
@@ -40,7 +41,7 @@ private:
 
     DialoguePalette palette_;
     double grip_ = 0; ///< where on the knob the pointer took hold
-    bool keyboardFocus_ = false;
+    FocusRing focusRing_;
 };
 
 } // namespace DeskSprites

@@ -12,6 +12,7 @@ PanelText::PanelText(TextRole role, QWidget* parent) : QLabel(parent), role_(rol
     setWordWrap(true);
     setContentsMargins(0, 0, 0, 0);
     applyFont();
+    applySide();
 }
 
 void PanelText::setDialoguePalette(const DialoguePalette& palette) {
@@ -24,7 +25,16 @@ void PanelText::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ApplicationFontChange) {
         applyFont();
     }
+    if (event->type() == QEvent::LayoutDirectionChange) {
+        applySide();
+    }
     QLabel::changeEvent(event);
+}
+
+void PanelText::applySide() {
+    // The side of the layout, also for a sentence that runs the other way: it belongs to its neighbours.
+    const Qt::Alignment side = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+    setAlignment(side | Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
 void PanelText::applyFont() {

@@ -23,6 +23,7 @@ protected:
 
 private:
     void applyFont();
+    void applySide();
 
     TextRole role_;
 };

@@ -1,6 +1,5 @@
 #include "app/desktop/PanelToggle.h"
 
-#include "app/desktop/FocusVisibility.h"
 #include "app/desktop/PanelMetrics.h"
 #include "app/desktop/PixelFrame.h"
 
@@ -47,7 +46,7 @@ void PanelToggle::paintEvent(QPaintEvent*) {
     const bool over = underMouse() && isEnabled();
     const QColor on = over ? palette_.accentHover() : palette_.accent;
     const QColor off = over ? palette_.pressed : palette_.line();
-    if (keyboardFocus_) {
+    if (focusRing_.shows(hasFocus())) {
         fillStepped(painter, track.adjusted(-pixel, -pixel, pixel, pixel), 3, palette_.ink);
     }
     fillStepped(painter, track, 2, mixed(palette_.paper, palette_.ink, 0.62));
@@ -69,12 +68,12 @@ void PanelToggle::paintEvent(QPaintEvent*) {
 }
 
 void PanelToggle::focusInEvent(QFocusEvent* event) {
-    keyboardFocus_ = focusIsVisible(event->reason(), keyboardFocus_);
+    focusRing_.focusIn(*event);
     QAbstractButton::focusInEvent(event);
 }
 
 void PanelToggle::focusOutEvent(QFocusEvent* event) {
-    keyboardFocus_ = false;
+    focusRing_.focusOut(*event);
     QAbstractButton::focusOutEvent(event);
 }
 

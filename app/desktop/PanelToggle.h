@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/desktop/DialoguePalette.h"
+#include "app/desktop/FocusRing.h"
 
 #include <QAbstractButton>
 
@@ -28,7 +29,7 @@ private:
 
     DialoguePalette palette_;
     QString title_;
-    bool keyboardFocus_ = false;
+    FocusRing focusRing_;
 };
 
 } // namespace DeskSprites

@@ -38,11 +38,11 @@ Picture picture(PixelIcon icon) {
     case PixelIcon::bringAnother:
         return {"..##.....",
                 ".####....",
-                ".####..#.",
+                ".####....",
                 "..##...#.",
-                "....#####",
+                "......###",
                 ".####..#.",
-                "######.#.",
+                "######...",
                 "######...",
                 "######..."};
     case PixelIcon::settings:

@@ -3,8 +3,9 @@
 #include "core/art/CharacterActionsLayout.h"
 #include "platform/ScreenSpace.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
+#include <algorithm>
 #include <cmath>
 
 namespace DeskSprites {
@@ -37,6 +38,7 @@ QuickActionsPanel& QuickActions::panel() {
         panel_ = std::make_unique<QuickActionsPanel>();
         panel_->onDismissed = [this] {
             character_ = nullptr;
+            services_.system.presses().setOnPress({});
             commands_.finishSizeEdit();
             if (onClosed) {
                 onClosed();
@@ -72,9 +74,25 @@ void QuickActions::present(DesktopCharacter& character) {
         return;
     }
     shown.present(place, services_.system.motion().isReduced() ? BubbleMotion::reduced : BubbleMotion::full);
+    watchPresses();
     if (!wasOpen && onOpened) {
         onOpened();
     }
+}
+
+void QuickActions::watchPresses() {
+    // The panel has no keyboard that it could lose, so a click into another program is noticed only this way. Presses
+    // in our own panels and menus are theirs.
+    services_.system.presses().setOnPress([this](FellowCore::Point press) {
+        const QPoint place = Platform::toQt(press);
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const bool isOurs = std::ranges::any_of(windows, [place](const QWidget* window) {
+            return window->isVisible() && window->frameGeometry().contains(place);
+        });
+        if (!isOurs && panel_) {
+            panel_->pressedOutside(place);
+        }
+    });
 }
 
 void QuickActions::toggle(DesktopCharacter& character) {

@@ -41,6 +41,7 @@ private:
     SizeRow sizeRow(DesktopCharacter& character) const;
     FellowCore::BubblePlacement placement() const;
     QuickActionsPanel& panel();
+    void watchPresses();
 
     CharacterStage& stage_;
     CharacterMenus& menus_;

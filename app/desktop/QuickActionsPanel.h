@@ -24,9 +24,14 @@ public:
 
 protected:
     void paletteChanged() override;
+    bool event(QEvent* event) override;
 
 private:
+    void askForKeyboard();
+    void focusFirstControl();
+
     QuickActionsView* view_;
+    bool wantsFirstControl_ = false; ///< when the keyboard comes
 };
 
 } // namespace DeskSprites

@@ -5,6 +5,9 @@
 
 #include <QHBoxLayout>
 
+#include <algorithm>
+#include <iterator>
+
 namespace DeskSprites {
 
 QuickActionsView::QuickActionsView(QWidget* parent)
@@ -31,7 +34,8 @@ void QuickActionsView::buildHeader(QVBoxLayout& column) {
     name_->setWordWrap(false);
     role_->setWordWrap(false);
     names->addWidget(name_, 0, Qt::AlignBaseline);
-    names->addWidget(role_, 1, Qt::AlignBaseline);
+    names->addWidget(role_, 0, Qt::AlignBaseline);
+    names->addStretch(1);
     auto* state = new QHBoxLayout;
     state->setSpacing(PanelMetrics::unit);
     state->addWidget(lamp_);
@@ -97,19 +101,22 @@ void QuickActionsView::setContent(const QuickActionsContent& content) {
         progress_->setFraction(*content.progress);
     }
     progress_->setVisible(content.progress.has_value());
-    setExtra(content.extra);
-    actions_->setActions(content.actions);
+    bool changed = setExtra(content.extra);
+    changed = actions_->setActions(content.actions) || changed;
     if (content.size) {
         size_->setRow(*content.size);
     }
     size_->setVisible(content.size.has_value());
-    footer_->setActions(content.footer);
+    changed = footer_->setActions(content.footer) || changed;
     rule_->setVisible(content.size.has_value() || !content.footer.empty());
+    if (changed) {
+        chainTabOrder();
+    }
 }
 
-void QuickActionsView::setExtra(QWidget* extra) {
+bool QuickActionsView::setExtra(QWidget* extra) {
     if (extra == extra_) {
-        return;
+        return false;
     }
     if (extra_) {
         extra_->hide();
@@ -120,16 +127,40 @@ void QuickActionsView::setExtra(QWidget* extra) {
         extraPlace_->addWidget(extra_);
         extra_->show();
     }
+    return true;
+}
+
+std::vector<QWidget*> QuickActionsView::controls() const {
+    std::vector<QWidget*> all;
+    const auto add = [&all](const auto& widgets) {
+        std::copy_if(widgets.begin(), widgets.end(), std::back_inserter(all),
+                     [](const QWidget* widget) { return takesTab(*widget); });
+    };
+    if (extra_) {
+        add(extra_->findChildren<QWidget*>());
+    }
+    add(actions_->buttons());
+    add(size_->findChildren<QWidget*>());
+    add(footer_->buttons());
+    return all;
+}
+
+void QuickActionsView::chainTabOrder() const {
+    QWidget* previous = nullptr;
+    for (QWidget* control : controls()) {
+        if (previous != nullptr) {
+            setTabOrder(previous, control);
+        }
+        previous = control;
+    }
 }
 
 QWidget* QuickActionsView::firstControl() const {
-    for (QWidget* widget : findChildren<QWidget*>()) {
-        const bool takesFocus = (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
-        if (takesFocus && widget->isEnabled() && widget->isVisibleTo(this)) {
-            return widget;
-        }
-    }
-    return nullptr;
+    const std::vector<QWidget*> all = controls();
+    const auto first = std::find_if(all.begin(), all.end(), [this](const QWidget* control) {
+        return control->isEnabled() && control->isVisibleTo(this);
+    });
+    return first == all.end() ? nullptr : *first;
 }
 
 } // namespace DeskSprites

@@ -29,7 +29,9 @@ public:
 private:
     void buildHeader(QVBoxLayout& column);
     void buildFooter(QVBoxLayout& column);
-    void setExtra(QWidget* extra);
+    bool setExtra(QWidget* extra);
+    std::vector<QWidget*> controls() const;
+    void chainTabOrder() const;
 
     DialoguePalette palette_;
     PanelText* name_;

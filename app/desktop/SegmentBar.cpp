@@ -43,9 +43,11 @@ void SegmentBar::paintEvent(QPaintEvent*) {
     const int lit = static_cast<int>(std::floor(static_cast<double>(value()) * count / steps));
     const int shown = value() > 0 ? std::max(1, lit) : 0;
     for (int index = 0; index < count; ++index) {
-        const int place =
-            isRightToLeft() ? width() - segment - index * (segment + gap) : index * (segment + gap);
-        painter.fillRect(place, 0, segment, barHeight, index < shown ? palette_.accent : palette_.line());
+        const int start = index * (segment + gap);
+        // The last one reaches the edge, whatever width is left for it.
+        const int length = index + 1 == count ? width() - start : segment;
+        painter.fillRect(isRightToLeft() ? width() - start - length : start, 0, length, barHeight,
+                         index < shown ? palette_.accent : palette_.line());
     }
 }
 

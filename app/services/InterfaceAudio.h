@@ -90,8 +90,8 @@ private:
     FellowCore::InterfaceSoundGate gate_;
     std::uint64_t playbackGeneration_ = 0;
     std::optional<Pending> pending_;
-    std::map<std::string_view, Platform::AudioSamples>
-        players_; ///< by resource name; absent samples are unreadable
+    /// By resource name; a file that cannot be read has absent samples.
+    std::map<std::string_view, Platform::AudioSamples> players_;
     std::unique_ptr<Platform::AudioOutput> output_;
     Platform::AudioVoice current_ = 0; ///< the generation it started under; 0 before the first sound
     FellowCore::InterfaceSoundCue currentCue_{};

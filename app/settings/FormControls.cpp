@@ -88,6 +88,9 @@ QLabel* makeText(const QString& text, TextStyle style, QWidget* parent) {
     label->setTextFormat(Qt::PlainText);
     label->setText(text);
     label->setWordWrap(true);
+    // By the window's direction: by its own, an untranslated name would stand at the far side of its row.
+    label->setAlignment((label->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+                        Qt::AlignVCenter);
     label->setForegroundRole(colourRole(style));
     QFont font = label->font();
     if (font.pointSizeF() > 0) {
@@ -148,11 +151,6 @@ FormRadio::FormRadio(const QString& words, QWidget* parent) : QRadioButton(paren
     setCursor(Qt::PointingHandCursor);
 }
 
-void FormRadio::setQuietly(bool on) {
-    const QSignalBlocker quiet(this);
-    setChecked(on);
-}
-
 int FormRadio::side() const {
     return std::max(16, evenly(fontMetrics().height()));
 }
@@ -173,9 +171,11 @@ void FormRadio::paintEvent(QPaintEvent*) {
                     palette().color(QPalette::WindowText));
     }
     fillStepped(painter, ring, steps, isChecked() ? highlight : palette().color(QPalette::PlaceholderText));
-    fillStepped(painter, ring.adjusted(pixel, pixel, -pixel, -pixel), steps - 1, palette().color(QPalette::Base));
+    fillStepped(painter, ring.adjusted(pixel, pixel, -pixel, -pixel), steps - 1,
+                palette().color(QPalette::Base));
     if (isChecked()) {
-        fillStepped(painter, ring.adjusted(2 * pixel, 2 * pixel, -2 * pixel, -2 * pixel), steps - 1, highlight);
+        fillStepped(painter, ring.adjusted(2 * pixel, 2 * pixel, -2 * pixel, -2 * pixel), steps - 1,
+                    highlight);
     }
     const QRect words =
         QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(pixel + side() + unit, 0, 0, 0));
@@ -224,8 +224,8 @@ void FormLink::paintEvent(QPaintEvent*) {
     }
 }
 
-NumberField::NumberField(int least, int most, std::function<QString(int)> unit, QWidget* parent)
-    : QSpinBox(parent), unit_(std::move(unit)) {
+NumberField::NumberField(int least, int most, std::function<QString(int)> unitWords, QWidget* parent)
+    : QSpinBox(parent), unit_(std::move(unitWords)) {
     setRange(least, most);
     setKeyboardTracking(false);
     setAccelerated(true);
@@ -255,7 +255,8 @@ FormSlider::FormSlider(Range range, std::function<QString(int)> words, QWidget* 
     guardFromWheel(slider_);
     setFocusProxy(slider_);
     words_->setWordWrap(false);
-    words_->setAlignment(Qt::AlignVCenter | Qt::AlignTrailing);
+    words_->setAlignment((isRightToLeft() ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute |
+                         Qt::AlignVCenter);
     // As wide as the widest in use, so that the sliders of a form begin and end in line.
     const QFontMetrics metrics(words_->font());
     words_->setMinimumWidth(

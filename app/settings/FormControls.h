@@ -45,7 +45,6 @@ class FormRadio : public QRadioButton {
     Q_OBJECT
 public:
     explicit FormRadio(const QString& words, QWidget* parent = nullptr);
-    void setQuietly(bool on);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -88,8 +87,8 @@ public:
 class NumberField : public QSpinBox {
     Q_OBJECT
 public:
-    /// `unit` gives the words after a number, such as " min".
-    NumberField(int least, int most, std::function<QString(int)> unit, QWidget* parent = nullptr);
+    /// `unitWords` gives the words after a number, such as " min".
+    NumberField(int least, int most, std::function<QString(int)> unitWords, QWidget* parent = nullptr);
     void setQuietly(int value);
     QSize sizeHint() const override;
 

@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QResizeEvent>
 #include <QScrollBar>
-#include <QSlider>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -14,12 +13,18 @@ namespace {
 
 constexpr int unit = FormMetrics::unit;
 
+/// A composite hands name and description on to the part that takes the focus.
+QWidget* spokenPart(QWidget* control) {
+    return control->focusProxy() != nullptr ? control->focusProxy() : control;
+}
+
 void nameControl(QWidget* control, const QString& label, const QString& help) {
-    if (control->accessibleName().isEmpty()) {
-        control->setAccessibleName(label);
+    QWidget* spoken = spokenPart(control);
+    if (spoken->accessibleName().isEmpty()) {
+        spoken->setAccessibleName(label);
     }
     if (!help.isEmpty()) {
-        control->setAccessibleDescription(help);
+        spoken->setAccessibleDescription(help);
     }
 }
 
@@ -47,7 +52,7 @@ FormRow::FormRow(const QString& label, QWidget* control, const QString& help, QW
 void FormRow::setHelp(const QString& help) {
     help_->setText(help);
     help_->setVisible(!help.isEmpty());
-    control_->setAccessibleDescription(help);
+    spokenPart(control_)->setAccessibleDescription(help);
 }
 
 void FormRow::setError(const QString& error) {
@@ -114,7 +119,6 @@ NumberField* FormSection::addNumber(const QString& label, int least, int most,
 FormSlider* FormSection::addSlider(const QString& label, FormSlider::Range range,
                                    std::function<QString(int)> words, const QString& help) {
     auto* control = new FormSlider(range, std::move(words), this);
-    nameControl(control->slider(), label, help);
     addRow(label, control, help);
     return control;
 }

@@ -42,7 +42,7 @@ public:
     /// describes it.
     FormRow* addRow(const QString& label, QWidget* control, const QString& help = {});
     FormSwitch* addSwitch(const QString& label, const QString& help = {});
-    NumberField* addNumber(const QString& label, int least, int most, std::function<QString(int)> unit,
+    NumberField* addNumber(const QString& label, int least, int most, std::function<QString(int)> unitWords,
                            const QString& help = {});
     FormSlider* addSlider(const QString& label, FormSlider::Range range, std::function<QString(int)> words,
                           const QString& help = {});

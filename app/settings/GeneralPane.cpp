@@ -5,6 +5,7 @@
 
 #include <QBoxLayout>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 #include <cmath>
 
@@ -182,8 +183,11 @@ void GeneralPane::showState(const LibraryState& state) {
     startAtLogin_->setQuietly(general.startAtLogin);
     defaultHeight_->setQuietly(int(std::lround(general.defaultHeight)));
 
-    right_->setQuietly(general.arrangeEdge == Edge::right);
-    bottom_->setQuietly(general.arrangeEdge == Edge::bottom);
+    // Both, because checking the one unchecks the other.
+    const QSignalBlocker quietRight(right_);
+    const QSignalBlocker quietBottom(bottom_);
+    right_->setChecked(general.arrangeEdge == Edge::right);
+    bottom_->setChecked(general.arrangeEdge == Edge::bottom);
     compact_->setQuietly(general.arrangeCompact);
     arrange_->setEnabled(!state.desktop.onScreen.empty() &&
                          state.desktop.visibility == DesktopVisibility::shown);

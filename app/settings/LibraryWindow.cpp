@@ -120,8 +120,8 @@ bool LibraryWindow::event(QEvent* event) {
         takePalette();
     }
     const bool done = QWidget::event(event);
-    // Fonts of titles and help are made from the user's font when a pane is built.
-    if (event->type() == QEvent::ApplicationFontChange) {
+    // Titles and help take their font, and all words their side, when a pane is built.
+    if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::LayoutDirectionChange) {
         dropPanes();
     }
     return done;

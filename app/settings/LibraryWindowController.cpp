@@ -12,7 +12,7 @@ LibraryWindowController::~LibraryWindowController() {
 }
 
 void LibraryWindowController::show(const std::string& pane) {
-    if (!window_) {
+    if (window_ == nullptr) {
         makeWindow();
     }
     const std::string wanted = pane.empty() ? pane_ : pane;
@@ -27,13 +27,13 @@ void LibraryWindowController::show(const std::string& pane) {
 }
 
 void LibraryWindowController::close() {
-    if (window_) {
+    if (window_ != nullptr) {
         window_->close();
     }
 }
 
 bool LibraryWindowController::isVisible() const {
-    return window_ && window_->isVisible() && !window_->isMinimized();
+    return window_ != nullptr && window_->isVisible() && !window_->isMinimized();
 }
 
 QWidget* LibraryWindowController::window() const {
@@ -67,7 +67,7 @@ void LibraryWindowController::setTimer(const std::string& id, FellowCore::TimerS
 }
 
 void LibraryWindowController::refresh() {
-    if (!window_) {
+    if (window_ == nullptr) {
         return;
     }
     window_->refresh();
@@ -75,7 +75,7 @@ void LibraryWindowController::refresh() {
 }
 
 void LibraryWindowController::refreshPane(const std::string& pane) {
-    if (window_) {
+    if (window_ != nullptr) {
         window_->refreshPane(pane);
     }
 }
@@ -91,11 +91,14 @@ void LibraryWindowController::makeWindow() {
             actions_.onPaneChanged(pane_);
         }
     });
-    QObject::connect(window_, &LibraryWindow::closing, window_, [this] {
-        geometry_ = window_->saveGeometry();
-        // It is deleted by the event loop; until then nobody may show it again.
-        window_.clear();
-    });
+    QObject::connect(
+        window_, &LibraryWindow::closing, window_,
+        [this] {
+            geometry_ = window_->saveGeometry();
+            // It is deleted by the event loop; until then nobody may show it again.
+            window_ = nullptr;
+        },
+        Qt::SingleShotConnection);
 }
 
 } // namespace DeskSprites

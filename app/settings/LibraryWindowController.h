@@ -5,7 +5,8 @@
 #include "app/settings/SettingsForms.h"
 
 #include <QByteArray>
-#include <QPointer>
+
+class QWidget;
 
 namespace DeskSprites {
 
@@ -49,8 +50,8 @@ private:
     SettingsForms forms_;
     LibraryState state_;
     std::string pane_;
-    QByteArray geometry_; ///< where the user left the window, for this run of the program
-    QPointer<LibraryWindow> window_;
+    QByteArray geometry_;             ///< where the user left the window, for this run of the program
+    LibraryWindow* window_ = nullptr; ///< owned; from the moment it closes, by itself
 };
 
 } // namespace DeskSprites

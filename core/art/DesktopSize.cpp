@@ -8,7 +8,7 @@
 namespace FellowCore::DesktopSize {
 
 double normalized(double height) {
-    return clamped(roundedHalfAway(std::isfinite(height) ? height : standardHeight));
+    return clamped(roundedHalfAway(height));
 }
 
 double clamped(double height) {

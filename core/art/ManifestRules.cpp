@@ -42,10 +42,10 @@ Faults idFaults(const CharacterManifest& manifest) {
     }
     Faults faults;
     if (characterCount(manifest.id) > maximumIDLength) {
-        faults.push_back(R"("id" must have at most 64 characters.)");
+        faults.emplace_back(R"("id" must have at most 64 characters.)");
     }
     if (manifest.id.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-") != std::string::npos) {
-        faults.push_back(R"("id" must use only a-z, 0-9 and "-".)");
+        faults.emplace_back(R"("id" must use only a-z, 0-9 and "-".)");
     }
     return faults;
 }
@@ -71,10 +71,10 @@ Faults roleFaults(const CharacterManifest& manifest) {
 Faults gridFaults(const CharacterManifest& manifest) {
     Faults faults;
     if (!within(manifest.grid.width, 1, maximumImageSide)) {
-        faults.push_back(R"("grid.width" must be from 1 to 2048.)");
+        faults.emplace_back(R"("grid.width" must be from 1 to 2048.)");
     }
     if (!within(manifest.grid.height, 1, maximumImageSide)) {
-        faults.push_back(R"("grid.height" must be from 1 to 2048.)");
+        faults.emplace_back(R"("grid.height" must be from 1 to 2048.)");
     }
     return faults;
 }
@@ -82,10 +82,10 @@ Faults gridFaults(const CharacterManifest& manifest) {
 Faults poseFaults(const CharacterManifest& manifest) {
     Faults faults;
     if (!manifest.poses.contains("idle")) {
-        faults.push_back(R"("poses" must hold "idle".)");
+        faults.emplace_back(R"("poses" must hold "idle".)");
     }
     if (manifest.poses.size() > maximumPoses) {
-        faults.push_back(R"("poses" must hold at most 32 entries.)");
+        faults.emplace_back(R"("poses" must hold at most 32 entries.)");
     }
     return faults;
 }
@@ -97,10 +97,10 @@ Faults behaviourFaults(const CharacterManifest& manifest) {
     Faults faults;
     if (std::set(manifest.behaviours.begin(), manifest.behaviours.end()).size() !=
         manifest.behaviours.size()) {
-        faults.push_back(R"("behaviours" must not hold anything twice.)");
+        faults.emplace_back(R"("behaviours" must not hold anything twice.)");
     }
     if (manifest.has(Behaviour::none) && manifest.behaviours.size() > 1) {
-        faults.push_back(R"("behaviours" must hold nothing else beside "none".)");
+        faults.emplace_back(R"("behaviours" must hold nothing else beside "none".)");
     }
     return faults;
 }

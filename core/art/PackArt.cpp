@@ -12,8 +12,8 @@ namespace {
 
 using Kind = ManifestError::Kind;
 
-constexpr double maximumVisibleHeight =
-    600; // art pixels; at one device pixel each that is the largest height
+/// In art pixels; at one point each that is the largest height on the desktop.
+constexpr double maximumVisibleHeight = 600;
 
 struct PosePicture {
     std::shared_ptr<const PixelImage> image;

@@ -24,7 +24,7 @@ std::string reasonWords(const FileError& error, std::size_t limit) {
 PackFolder::PackFolder(const std::filesystem::path& directory) : directory_(standardized(directory)) {}
 
 std::filesystem::path PackFolder::locate(const std::string& file) const {
-    const std::filesystem::path place = standardized(directory_ / file);
+    std::filesystem::path place = standardized(directory_ / file);
     if (!liesBelow(place, directory_)) {
         throw ManifestError({ManifestError::Kind::invalidAsset, file, "the file leads out of the pack."});
     }

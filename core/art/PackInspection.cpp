@@ -74,7 +74,7 @@ void inspectFolder(PackInspection& found, const PackFolder& folder, const ImageD
         found.notes.push_back("manifest.json: \"" + key + "\" means nothing here.");
     }
     if (reading.unreadable.contains("grid") || !found.manifest.hasUsableGrid()) {
-        found.notes.push_back("The images were not looked at, because the grid is not known.");
+        found.notes.emplace_back("The images were not looked at, because the grid is not known.");
         return;
     }
     found.art = PackArt::read(found.manifest, folder.directory(), decoder, found.problems);

@@ -8,6 +8,7 @@
 #include "platform/linux/X11DesktopSurface.h"
 #include "platform/linux/X11FrontmostApplication.h"
 #include "platform/linux/X11GlobalShortcuts.h"
+#include "platform/linux/X11PointerPresses.h"
 #include "platform/linux/X11Screens.h"
 
 #include <QTimer>
@@ -30,6 +31,7 @@ public:
     GlobalShortcuts& shortcuts() override { return made(shortcuts_, display_); }
     FrontmostApplication& frontmost() override { return made(frontmost_, display_); }
     Tray& tray() override { return made(tray_, display_); }
+    PointerPresses& presses() override { return made(presses_, display_); }
 
     SessionEvents& session() override {
         if (!session_) {
@@ -63,6 +65,7 @@ private:
     std::unique_ptr<X11GlobalShortcuts> shortcuts_;
     std::unique_ptr<X11FrontmostApplication> frontmost_;
     std::unique_ptr<LinuxTray> tray_;
+    std::unique_ptr<X11PointerPresses> presses_;
 };
 
 } // namespace

@@ -5,12 +5,14 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QSystemTrayIcon>
 
 namespace Platform {
 namespace {
 
 const QString notifierWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString notifierPath = QStringLiteral("/StatusNotifierWatcher");
 
 /// At login the desktop's own tray may start after us; the older protocol is taken only when this has passed.
 constexpr int patienceMilliseconds = 2000;
@@ -64,21 +66,25 @@ void LinuxTray::watch() {
             [this](const QString&, const QString&, const QString& owner) {
                 disappear(Kind::notifier);
                 if (!owner.isEmpty())
-                    appear(Kind::notifier);
+                    askForHost();
             });
-    askForWatcher();
+    bus_->connect(notifierWatcher, notifierPath, notifierWatcher,
+                  QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(askForHost()));
+    askForHost();
 }
 
-void LinuxTray::askForWatcher() {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    call.setArguments({notifierWatcher});
+void LinuxTray::askForHost() {
+    // The watcher may run long before a panel that shows items; Qt finds no tray until there is one.
+    QDBusMessage call = QDBusMessage::createMethodCall(notifierWatcher, notifierPath,
+                                                       QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                       QStringLiteral("Get"));
+    call.setAutoStartService(false);
+    call.setArguments({notifierWatcher, QStringLiteral("IsStatusNotifierHostRegistered")});
     auto* asked = new QDBusPendingCallWatcher(bus_->asyncCall(call), this);
     connect(asked, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* done) {
         done->deleteLater();
-        const QDBusPendingReply<bool> owned(*done);
-        if (!owned.isError() && owned.value())
+        const QDBusPendingReply<QDBusVariant> registered(*done);
+        if (!registered.isError() && registered.value().variant().toBool())
             appear(Kind::notifier);
     });
 }

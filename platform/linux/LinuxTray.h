@@ -20,6 +20,8 @@ namespace Platform {
 /// process which of the two there is and keeps its answer, so its icon is made only when one of them is known
 /// to be there.
 class LinuxTray final : public QObject, public Tray {
+    Q_OBJECT
+
 public:
     explicit LinuxTray(const X11Display& display);
     ~LinuxTray() override;
@@ -32,11 +34,13 @@ public:
     /// The bus to look for a tray on; before `start`, for tests. The session bus otherwise.
     void setBus(const QDBusConnection& bus) { bus_ = bus; }
 
+private Q_SLOTS:
+    void askForHost();
+
 private:
     enum class Kind { notifier, embedded };
 
     void watch();
-    void askForWatcher();
     void lookForEmbedded();
     void appear(Kind kind);
     void disappear(Kind kind);

@@ -36,9 +36,8 @@ TerminationSignals::TerminationSignals(std::function<void()> onTerminate)
     for (std::size_t i = 0; i < signalNumbers.size(); ++i) {
         struct sigaction action {};
         action.sa_handler = noteSignal;
-        // The second signal of a kind meets the system's own handling and ends a program that hangs in
-        // ending.
-        action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+        // Those who end sessions often send several signals at once; none of them may cut short the saving.
+        action.sa_flags = SA_RESTART;
         sigaction(signalNumbers[i], nullptr, &earlier[i]);
         // Who started us with a signal ignored (nohup, a background job) meant it.
         if (earlier[i].sa_handler != SIG_IGN)

@@ -73,7 +73,13 @@ bool X11DesktopSurface::isVisible() const {
 }
 
 void X11DesktopSurface::raise() {
-    window_->raise();
+    if (!window_->handle() || !display_.isConnected())
+        return;
+    // Qt's own raise is a request to a window manager, and none looks after this window.
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(display_.connection(), static_cast<xcb_window_t>(window_->winId()),
+                         XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_flush(display_.connection());
 }
 
 void X11DesktopSurface::update() {

@@ -100,8 +100,11 @@ void X11GlobalShortcuts::received(const xcb_generic_event_t& event) {
     if (number == XCB_KEY_PRESS) {
         pressed(x11Event<xcb_key_press_event_t>(event));
     } else if (number == XCB_KEY_RELEASE) {
-        if (x11Event<xcb_key_release_event_t>(event).detail == last_.keycode)
+        const auto& release = x11Event<xcb_key_release_event_t>(event);
+        if (release.detail == last_.keycode) {
             last_.down = false;
+            last_.released = release.time;
+        }
     } else if (number == XCB_MAPPING_NOTIFY) {
         remap_.start();
     } else if (keyboardEvent_ != 0 && number == keyboardEvent_) {
@@ -115,9 +118,11 @@ void X11GlobalShortcuts::received(const xcb_generic_event_t& event) {
 void X11GlobalShortcuts::pressed(const xcb_key_press_event_t& event) {
     if (event.event != display_.root())
         return;
+    // A held key makes presses alone, or pairs of a release and a press of the same moment.
     const bool repeats =
-        last_.down && last_.keycode == event.detail && event.time - last_.time < lostReleaseMilliseconds;
-    last_ = {event.detail, event.time, true};
+        last_.keycode == event.detail &&
+        (last_.down ? event.time - last_.pressed < lostReleaseMilliseconds : event.time == last_.released);
+    last_ = {event.detail, event.time, 0, true};
     if (repeats || !onPressed)
         return;
     const std::uint16_t state = modifiers_.withoutLocks(event.state);

@@ -27,7 +27,8 @@ private:
     };
     struct Press {
         xcb_keycode_t keycode = 0;
-        xcb_timestamp_t time = 0;
+        xcb_timestamp_t pressed = 0;
+        xcb_timestamp_t released = 0;
         bool down = false;
     };
 

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QListWidget>
+#include <QPointer>
 #include <QSlider>
 
 #include <gmock/gmock.h>
@@ -21,8 +22,9 @@ using Log = std::vector<std::string>;
 class Library {
 public:
     Library() : controller(actions(), {{"mira", [](QWidget* parent) { return miraForm(parent); }}}) {
-        controller.setRoster({entry("batti", "Batti", "Focus", true), entry("mira", "Mira", "Breathing", false),
-                              entry("munshi", "Munshi", "Ledger", false), entry("fourth", "A & B", "", true)});
+        controller.setRoster(
+            {entry("batti", "Batti", "Focus", true), entry("mira", "Mira", "Breathing", false),
+             entry("munshi", "Munshi", "Ledger", false), entry("fourth", "A & B", "", true)});
         controller.setActive("batti", {"batti", "munshi"}, {"batti", "mira", "munshi", "fourth"});
         CharacterSettings settings;
         settings.sounds = true;
@@ -48,7 +50,8 @@ public:
     }
 
     /// The visible control of that accessible name, in the open pane.
-    template <typename Widget> Widget* find(const char* name) const {
+    template <typename Widget>
+    Widget* find(const char* name) const {
         for (Widget* each : controller.window()->findChildren<Widget*>()) {
             if (each->isVisible() && each->accessibleName() == QString::fromUtf8(name)) {
                 return each;
@@ -78,7 +81,8 @@ public:
 private:
     LibraryActions actions();
 
-    template <typename... Values> void note(const char* what, const Values&... values) {
+    template <typename... Values>
+    void note(const char* what, const Values&... values) {
         std::ostringstream line;
         line << std::boolalpha << what;
         ((line << ' ' << values), ...);
@@ -95,14 +99,16 @@ inline LibraryActions Library::actions() {
     a.onHide = [this](Id id) { note("hide", id); };
     a.onSizePreview = [this](Id id, double height) { note("size preview", id, height); };
     a.onSizeChosen = [this](Id id, double height) { note("size", id, height); };
-    a.onSizeStep = [this](Id id, SizeStep step) { note(step == SizeStep::larger ? "larger" : "smaller", id); };
+    a.onSizeStep = [this](Id id, SizeStep step) {
+        note(step == SizeStep::larger ? "larger" : "smaller", id);
+    };
     a.onCharacterSounds = [this](Id id, bool on) { note("sounds", id, on); };
     a.onCharacterVolume = [this](Id id, double volume) { note("volume", id, volume); };
     a.onMirrored = [this](Id id, bool on) { note("mirrored", id, on); };
     a.onReducedMotion = [this](Id id, bool on) { note("reduced motion", id, on); };
     a.onTimerSettings = [this](Id id, const FellowCore::TimerSettings& timer) {
-        note("timer", id, timer.focusMinutes, timer.shortBreakMinutes, timer.longBreakMinutes, timer.longBreakEvery,
-             timer.startRestsAutomatically);
+        note("timer", id, timer.focusMinutes, timer.shortBreakMinutes, timer.longBreakMinutes,
+             timer.longBreakEvery, timer.startRestsAutomatically);
     };
     a.onInterfaceSounds = [this](bool on) { note("interface sounds", on); };
     a.onInterfaceVolume = [this](double volume) { note("interface volume", volume); };

@@ -140,7 +140,8 @@ TEST_F(DesktopSurfaceTest, LetsClicksThroughWhereTheArtIsClear) {
     }
     surface->setInputWhole(true);
     ASSERT_TRUE(hands("mousemove 475 450 click 1"));
-    EXPECT_TRUE(waitUntil([&] { return figure.presses.size() == 1; })) << "a drag loses the pointer over holes";
+    EXPECT_TRUE(waitUntil([&] { return figure.presses.size() == 1; }))
+        << "a drag loses the pointer over holes";
     surface->setInputWhole(false);
     surface->setInputRegion({});
     other.takePresses();
@@ -154,7 +155,7 @@ TEST_F(DesktopSurfaceTest, SendsARegionOnlyWhenItChanges) {
     surface->setInputRegion({{10.4, 10.6, 20, 20}});
     const int before = shape.requestCount();
     surface->setInputRegion({{10.4, 10.6, 20, 20}});
-    surface->setInputRegion({{10.3, 10.7, 20.2, 20.1}});  // The same whole pixels.
+    surface->setInputRegion({{10.3, 10.7, 20.2, 20.1}}); // The same whole pixels.
     EXPECT_EQ(shape.requestCount(), before);
     ASSERT_EQ(other.shape(window(), inputKind), std::vector{QRect(10, 10, 21, 21)});
     surface->setInputRegion({{10, 10, 20, 20}, {-5, -5, 3, 3}, {5, 5, -1, 4}, {0, 0, 1e9, 1}});
@@ -194,12 +195,9 @@ TEST_F(DesktopSurfaceTest, RaisesOneAboveTheOther) {
     runFor(50);
     ASSERT_TRUE(hands("mousemove 450 450 click 1"));
     ASSERT_TRUE(waitUntil([&] { return second.presses.size() == 1; }));
-    fprintf(stderr,"first %llx second %llx\n", surface->windowId(), above->windowId());::system("xwininfo -root -tree | grep 100x100");
     surface->raise();
-    runFor(200); ::system("xwininfo -root -tree | grep 100x100");
     ASSERT_TRUE(hands("click 1"));
     EXPECT_TRUE(waitUntil([&] { return figure.presses.size() == 1; }));
-    fprintf(stderr,"%zu %zu entered %d %d\n", figure.presses.size(), second.presses.size(), figure.entered, second.entered);
 }
 
 TEST_F(DesktopSurfaceTest, PaintsOnlyWhatChanged) {
@@ -291,18 +289,21 @@ TEST_F(DesktopSurfaceTest, WithoutACompositorItIsCutToItsRegion) {
     ASSERT_EQ(other.shape(window(), boundingKind), std::vector{QRect(0, 0, 100, 100)});
 
     kill(compositor, SIGTERM);
-    EXPECT_TRUE(waitUntil([&] { return other.shape(window(), boundingKind) == std::vector{QRect(20, 30, 40, 50)}; }));
+    EXPECT_TRUE(
+        waitUntil([&] { return other.shape(window(), boundingKind) == std::vector{QRect(20, 30, 40, 50)}; }));
     EXPECT_FALSE(system->hasCompositor());
     surface->setInputWhole(true);
-    EXPECT_EQ(other.shape(window(), boundingKind), std::vector{QRect(20, 30, 40, 50)}) << "black edges in a drag";
+    EXPECT_EQ(other.shape(window(), boundingKind), std::vector{QRect(20, 30, 40, 50)})
+        << "black edges in a drag";
     surface->setInputWhole(false);
     EXPECT_TRUE(turnsRed(430, 440));
     EXPECT_NE(other.pixel(410, 410), QColor(Qt::red));
 
     ASSERT_TRUE(Testing::run(QStringLiteral("picom"), {QStringLiteral("--backend"), QStringLiteral("xrender"),
-                                                       QStringLiteral("--config"), QStringLiteral("/dev/null"),
-                                                       QStringLiteral("-b")}));
-    EXPECT_TRUE(waitUntil([&] { return other.shape(window(), boundingKind) == std::vector{QRect(0, 0, 100, 100)}; }));
+                                                       QStringLiteral("--config"),
+                                                       QStringLiteral("/dev/null"), QStringLiteral("-b")}));
+    EXPECT_TRUE(
+        waitUntil([&] { return other.shape(window(), boundingKind) == std::vector{QRect(0, 0, 100, 100)}; }));
 }
 
 /// Something to drag a text from.
@@ -322,8 +323,9 @@ TEST_F(DesktopSurfaceTest, TakesDroppedTextOnlyWhenAsked) {
     source.setGeometry(100, 100, 200, 200);
     source.show();
     showAt({400, 400, 100, 100});
-    const char* drag = "mousemove 200 200 mousedown 1 sleep 0.05 mousemove 230 230 sleep 0.1 mousemove 440 440 sleep "
-                       "0.1 mousemove 450 450 sleep 0.1 mouseup 1";
+    const char* drag =
+        "mousemove 200 200 mousedown 1 sleep 0.05 mousemove 230 230 sleep 0.1 mousemove 440 440 sleep "
+        "0.1 mousemove 450 450 sleep 0.1 mouseup 1";
     ASSERT_TRUE(hands(drag));
     runFor(100);
     EXPECT_EQ(figure.dropped, QString());
@@ -334,10 +336,12 @@ TEST_F(DesktopSurfaceTest, TakesDroppedTextOnlyWhenAsked) {
 
 TEST_F(DesktopSurfaceTest, IsAButtonToAssistiveTechnology) {
     showAt({400, 400, 100, 100});
-    surface->setAccessible(QStringLiteral("Batti"), QStringLiteral("Ready for focus"), QStringLiteral("Focus light"));
+    surface->setAccessible(QStringLiteral("Batti"), QStringLiteral("Ready for focus"),
+                           QStringLiteral("Focus light"));
     const QWindowList windows = QGuiApplication::topLevelWindows();
-    const auto found = std::find_if(windows.begin(), windows.end(),
-                                    [](const QWindow* one) { return one->title() == QStringLiteral("Batti"); });
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWindow* one) {
+        return one->title() == QStringLiteral("Batti");
+    });
     ASSERT_NE(found, windows.end());
     QAccessibleInterface* button = (*found)->accessibleRoot();
     ASSERT_NE(button, nullptr);
@@ -356,4 +360,4 @@ TEST_F(DesktopSurfaceTest, IsAButtonToAssistiveTechnology) {
     EXPECT_EQ(figure.accessiblePresses, 1) << "a hidden character cannot be pressed";
 }
 
-}  // namespace
+} // namespace

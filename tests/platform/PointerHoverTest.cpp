@@ -61,4 +61,4 @@ TEST(PointerHoverTest, MovingCountsAndChangingUnderneathDoesNot) {
         EXPECT_EQ(told(row.script), row.told) << row.fault;
 }
 
-}  // namespace
+} // namespace

@@ -27,12 +27,30 @@ TEST(WorkAreaTest, ScreensLoseWhatPanelsOnThemKeep) {
     };
     const Case cases[] = {
         {"no panel takes something", {}, left, right},
-        {"a panel on one screen shortens the other", {{0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1599}}, {0, 0, 1600, 1160}, right},
-        {"a strut is measured from the screen", {{0, 0, 0, 240, 0, 0, 0, 0, 0, 0, 1600, 2999}}, left, {1600, 0, 1400, 960}},
-        {"the bar at the top counts on one screen", {{0, 0, 30, 0}}, {0, 30, 1600, 1170}, {1600, 30, 1400, 970}},
-        {"a dock between screens eats the far one", {{1660, 0, 0, 0, 0, 1199, 0, 0, 0, 0, 0, 0}}, left, {1660, 0, 1340, 1000}},
-        {"the right edge is off by one", {{0, 50, 0, 0, 0, 0, 0, 999, 0, 0, 0, 0}}, left, {1600, 0, 1350, 1000}},
-        {"two panels do not add up", {{0, 0, 30, 0}, {64, 0, 0, 0}}, {64, 30, 1536, 1170}, {1600, 30, 1400, 970}},
+        {"a panel on one screen shortens the other",
+         {{0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1599}},
+         {0, 0, 1600, 1160},
+         right},
+        {"a strut is measured from the screen",
+         {{0, 0, 0, 240, 0, 0, 0, 0, 0, 0, 1600, 2999}},
+         left,
+         {1600, 0, 1400, 960}},
+        {"the bar at the top counts on one screen",
+         {{0, 0, 30, 0}},
+         {0, 30, 1600, 1170},
+         {1600, 30, 1400, 970}},
+        {"a dock between screens eats the far one",
+         {{1660, 0, 0, 0, 0, 1199, 0, 0, 0, 0, 0, 0}},
+         left,
+         {1660, 0, 1340, 1000}},
+        {"the right edge is off by one",
+         {{0, 50, 0, 0, 0, 0, 0, 999, 0, 0, 0, 0}},
+         left,
+         {1600, 0, 1350, 1000}},
+        {"two panels do not add up",
+         {{0, 0, 30, 0}, {64, 0, 0, 0}},
+         {64, 30, 1536, 1170},
+         {1600, 30, 1400, 970}},
         {"nonsense numbers leave nothing", {{99999, 99999, 99999, 99999}}, left, right},
     };
     for (const Case& row : cases) {
@@ -58,8 +76,10 @@ protected:
         QStringList fresh;
         for (const QString& frame : frames) {
             const QStringList parts = frame.split(QRegularExpression(QStringLiteral("[x+]")));
-            const QString name = (fresh.isEmpty() ? QStringLiteral("*") : QString()) + QStringLiteral("part%1").arg(fresh.size());
-            const QString geometry = QStringLiteral("%1/%1x%2/%2+%3+%4").arg(parts[0], parts[1], parts[2], parts[3]);
+            const QString name = (fresh.isEmpty() ? QStringLiteral("*") : QString()) +
+                                 QStringLiteral("part%1").arg(fresh.size());
+            const QString geometry =
+                QStringLiteral("%1/%1x%2/%2+%3+%4").arg(parts[0], parts[1], parts[2], parts[3]);
             ASSERT_TRUE(Testing::run(QStringLiteral("xrandr"),
                                      {QStringLiteral("--setmonitor"), name, geometry,
                                       fresh.isEmpty() ? QStringLiteral("screen") : QStringLiteral("none")}));
@@ -107,7 +127,8 @@ TEST_F(ScreensTest, TwoScreensKeepTheirOwnPanels) {
     screens.onChange = [&] { ++changes; };
     setMonitors({QStringLiteral("900x1000+700+0"), QStringLiteral("700x600+0+0")});
     ASSERT_TRUE(waitUntil([&] { return screens.all().size() == 2; }));
-    // The main screen is the right one: its lower left corner is the origin, the other lies to the left of it.
+    // The main screen is the right one: its lower left corner is the origin, the other lies to the left of
+    // it.
     EXPECT_TRUE(waitUntil([&] { return screens.all()[0].frame == Rect{0, 0, 900, 1000}; }));
     EXPECT_EQ(screens.all()[1].frame, (Rect{-700, 400, 700, 600}));
     EXPECT_TRUE(screens.all()[0].isMain);
@@ -129,4 +150,4 @@ TEST_F(ScreensTest, SurfacesAndPointsFollowTheOrigin) {
     EXPECT_EQ(Platform::fromQt(QRectF(0, 940, 100, 50)), (Rect{-800, 10, 100, 50}));
 }
 
-}  // namespace
+} // namespace

@@ -20,7 +20,7 @@ struct Free {
 template <typename T>
 using Reply = std::unique_ptr<T, Free>;
 
-}  // namespace
+} // namespace
 
 OtherProgram::OtherProgram() : connection_(xcb_connect(nullptr, nullptr)) {
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
@@ -148,8 +148,8 @@ QRect OtherProgram::frameOf(xcb_window_t window) const {
 }
 
 QColor OtherProgram::pixel(int x, int y) const {
-    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<std::int16_t>(x),
-                                      static_cast<std::int16_t>(y), 1, 1, ~0U);
+    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_,
+                                      static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 1, 1, ~0U);
     const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection_, cookie, nullptr));
     if (!reply)
         return {};
@@ -181,4 +181,4 @@ bool hands(const char* command) {
     return run(QStringLiteral("xdotool"), QString::fromLatin1(command).split(QLatin1Char(' ')));
 }
 
-}  // namespace Testing
+} // namespace Testing

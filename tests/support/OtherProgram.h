@@ -12,8 +12,8 @@
 
 namespace Testing {
 
-/// Another program on the same desktop, with an X connection of its own: its windows stand below ours, its keys may be
-/// taken, and it can look at what the server really has. Coordinates are pixels, y down.
+/// Another program on the same desktop, with an X connection of its own: its windows stand below ours, its
+/// keys may be taken, and it can look at what the server really has. Coordinates are pixels, y down.
 class OtherProgram {
 public:
     OtherProgram();
@@ -58,4 +58,4 @@ bool run(const QString& program, const QStringList& arguments);
 /// Moves the real pointer and presses real keys: `xdotool` with the words of `command`.
 bool hands(const char* command);
 
-}  // namespace Testing
+} // namespace Testing

@@ -27,4 +27,4 @@ inline void runFor(int milliseconds) {
     waitUntil([] { return false; }, milliseconds);
 }
 
-}  // namespace Testing
+} // namespace Testing

@@ -92,6 +92,10 @@ TEST(BubblePlacement, FindsTheNearestClearPlace) {
         {"with no free place it stays closed where it was wanted", //
          {left, right, overhead, {0, 0, 200, 220}, {800, 0, 200, 220}},
          "left 240,60 pointer 60 closed"},
+        {"pushed down, the pointer keeps off the corner", {{200, 120, 240, 300}}, "left 240,10 pointer 92"},
+        {"centred over the art it points left", //
+         {{0, 0, 390, 800}, {560, 0, 440, 200}},
+         "right 400,210 pointer 8"},
         {"obstacles without area or number are none",
          {{240, 60, 0, 50}, {std::nan(""), 0, 5, 5}}, //
          "left 240,60 pointer 60"},
@@ -112,6 +116,13 @@ TEST(BubblePlacement, PrefersTheFirstOfEquallyNearPlaces) {
     EXPECT_EQ(BubblePlacement::clearFrame({425, 425, 50, 50}, everything, {&everything, 1}, 5),
               (Rect{425, 425, 50, 50}))
         << "with no place the wanted one is returned";
+}
+
+TEST(BubblePlacement, FitsFlushAgainstAFraction) {
+    // 487.8 - 88.1 + 88.1 is more than 487.8 in doubles.
+    const Rect obstacle{487.8, 0, 400, 200};
+    EXPECT_EQ(BubblePlacement::clearFrame({450, 100, 88.1, 50}, {0, 0, 900, 200}, {&obstacle, 1}, 0),
+              (Rect{487.8 - 88.1, 100, 88.1, 50}));
 }
 
 TEST(BubblePlacement, NeverCoversAnythingWhenItOpens) {

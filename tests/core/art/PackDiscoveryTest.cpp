@@ -84,7 +84,8 @@ TEST_F(PackDiscovery, FollowsNoLinkOutOfItsFolder) {
     fs::remove(characters() / "b-manifest/manifest.json");
     fs::create_symlink(root_ / "elsewhere/manifest.json", characters() / "b-manifest/manifest.json");
     EXPECT_THAT(discover(), ElementsAre("good"));
-    EXPECT_THAT(log_, ElementsAre(HasSubstr("manifest.json: the file leads out"), HasSubstr("c-pack: the folder leads out")));
+    EXPECT_THAT(log_, ElementsAre(HasSubstr("manifest.json: the file leads out"),
+                                  HasSubstr("c-pack: the folder leads out")));
 }
 
 TEST_F(PackDiscovery, TakesTheFirstOfTwoPacksWithOneIdentifier) {

@@ -82,6 +82,8 @@ TEST(CharacterMotion, BlinksTheLampAtTheRightMoments) {
     EXPECT_EQ(curve(CharacterMotion::completionLight, true), "################");
     EXPECT_EQ(CharacterMotion::phaseLight(std::numeric_limits<double>::quiet_NaN(), false), 0.97);
     EXPECT_EQ(CharacterMotion::phaseLight(0.1, false), 0.18);
+    EXPECT_EQ(CharacterMotion::phaseLight(0.1499995, false), 0.97)
+        << "a frame at the edge of a step is in the next";
 }
 
 TEST(TimerPose, FollowsTheStatus) {

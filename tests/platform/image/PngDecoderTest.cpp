@@ -129,6 +129,7 @@ TEST(PngDecoder, RefusesTheWrongSizeByTheHeaderAlone) {
         {"a bomb where any size will do", 60000, 60000, {}, "60000 x 60000 pixels, more than 2048 x 2048"},
         {"one column too many", 3, 1, PixelSize{2, 1}, "3 x 1 pixels, not 2 x 1"},
         {"one row too many for any size", 1, 2049, {}, "1 x 2049 pixels, more than"},
+        {"one column too many for any size", 2049, 1, {}, "2049 x 1 pixels, more than"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);

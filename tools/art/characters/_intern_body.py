@@ -5,6 +5,8 @@ The mirror axis is x = 36.5. "Left" and "right" are the viewer's.
 from dataclasses import dataclass
 
 from kit import BASE, HIGHLIGHT, LIGHT, LINE, SHADOW, corner, mirrored, moved
+from kit.palette import RAMP_NAMES
+from kit.shapes import beside
 
 WIDTH, HEIGHT = 73, 116
 FLOOR = 111  # the contour adds the last row above the ground line at 112
@@ -88,17 +90,17 @@ HLLLLbLL
 ..bbbb..
 """
 POINTING_HAND = """
-...HL...
-...HL...
-...HL...
-...HL...
-...HLLL.
-.HLHLLLL
-HLLdLbLL
-HLLLdbLb
-HLLLLLLb
-.LLLLLb.
-..bbbb..
+.......HL..
+.......HL..
+.......HL..
+.......HL..
+.HLbLbLHL..
+HLLbLbLLLHL
+HLLLLLLLdHL
+HLbbbbLLLLb
+.HLLLLLLLb.
+..LLLLLLb..
+...bbbbb...
 """
 CHIN_HAND = """
 ..HLLLLL..
@@ -119,11 +121,11 @@ def both_sides(points):
     return points, mirrored(points, WIDTH)
 
 
-def draw_legs(canvas, outfit):
-    """Straight trousers, turned up once, over round-toed trainers."""
+def draw_legs(canvas, outfit, turned_up=True):
+    """Straight trousers, turned up once if so wanted, over round-toed trainers."""
     shoe = [(27, 101), (33.5, 101), (35.6, 105), corner(35.6, FLOOR), corner(20.5, FLOOR), (19.4, 108.5),
             (21, 105.5), (25, 104)]
-    leg = [(25, 78), (36.5, 78), (36, 103.2), (25.6, 103.2)]
+    leg = [(25, 78), (36.5, 78), (36.5, 104.2), (25.6, 104.2)]
     for side, points in enumerate(both_sides(shoe)):
         trainer = canvas.put(canvas.blob(points), outfit.shoes, thresholds=(0.2, 0.5, 0.86))
         canvas.paint(trainer & canvas.where(lambda x, y: y > FLOOR - 2), "white", LIGHT if not side else BASE)
@@ -133,10 +135,11 @@ def draw_legs(canvas, outfit):
     for side, points in enumerate(both_sides(leg)):
         left = 24.5 if not side else 36.5
         trouser = canvas.put(canvas.polygon(points), outfit.trousers, canvas.cylinder(left, left + 12),
-                             thresholds=(0.36, 0.62, 0.9))
-        canvas.paint(trouser & canvas.where(lambda x, y: (y > 99) & (y < 100)), outfit.trousers, SHADOW)
-        canvas.adjust(trouser & canvas.where(lambda x, y: y > 100), 1)
+                             thresholds=(0.3, 0.72, 2))
         canvas.adjust(trouser & canvas.where(lambda x, y: y < 87), -1)
+        if turned_up:
+            canvas.paint(trouser & canvas.where(lambda x, y: (y > 99) & (y < 100)), outfit.trousers, SHADOW)
+            canvas.adjust(trouser & canvas.where(lambda x, y: y > 100), 1)
 
 
 def draw_hood_behind(canvas, outfit):
@@ -174,17 +177,34 @@ def draw_neck(canvas, outfit):
         canvas.put(roll, outfit.hoodie, canvas.inflated(roll, 4), cast=(1, 2))
 
 
-def draw_sleeve(canvas, outfit, joints, widths=(10.5, 10.5, 9)):
-    """One sleeve through shoulder, elbow and wrist, with a cuff; the arm away from the light is darker."""
+def draw_sleeve(canvas, outfit, joints, widths=(10.5, 10.5, 9), folded=False, muscle=None):
+    """One sleeve through shoulder, elbow and wrist, with a cuff.
+
+    Folded, the forearm lies over the rest; `muscle` is a mask that swells the sleeve.
+    """
     shoulder, elbow, wrist = joints
-    mask = canvas.stroke([shoulder, elbow, wrist], widths)
-    canvas.put(mask, outfit.hoodie, canvas.inflated(mask, 6, 1.2), thresholds=(0.46, 0.7, 0.9))
+    upper, middle, lower = widths
+    strokes = [([shoulder, elbow, wrist], widths)]
+    if folded:
+        strokes = [([shoulder, elbow], (upper, middle)), ([elbow, wrist], (middle, lower))]
+    for points, stroke_widths in strokes:
+        mask = canvas.stroke(points, stroke_widths)
+        if muscle is not None:
+            mask |= muscle
+        canvas.put(mask, outfit.hoodie, canvas.inflated(mask, 6, 1.2), thresholds=(0.46, 0.7, 0.9))
     along_x, along_y = wrist[0] - elbow[0], wrist[1] - elbow[1]
     length = (along_x**2 + along_y**2) ** 0.5
     cuff = mask & canvas.where(
         lambda x, y: abs(((x - wrist[0]) * along_x + (y - wrist[1]) * along_y) / length - 0.5) < 0.6)
     canvas.paint(cuff, outfit.hoodie, SHADOW)
-    return mask
+
+
+def rim_light(canvas, first_part, ramp):
+    """Lifts the outermost ring of dark hair, so that it stands out from a dark desktop."""
+    hair = canvas.covered() & (canvas.part > first_part) & (canvas.ramp == RAMP_NAMES.index(ramp))
+    rim = hair & beside(~canvas.covered())
+    canvas.adjust(rim & (canvas.level == SHADOW), 1)
+    canvas.adjust(rim & (canvas.level == BASE), 1)
 
 
 def draw_hand(canvas, x, y, rows, flip=False):
@@ -255,8 +275,9 @@ EYE_KEY = {"k": ("ink", LINE), "w": ("white", HIGHLIGHT), "d": ("ink", LIGHT)}
 MOUTHS = {
     "smile": """
 m.......m
-.mm...mm.
-...mmm...
+mm.....mm
+.mmmmmmm.
+...ddd...
 """,
     "grin": """
 mmmmmmmmm
@@ -278,14 +299,19 @@ mWWWWWWWm
 ...mmm...
 """,
     "flat": """
-.........
-.mmmmmm..
-.......m.
+......mm.
+..mmmm...
+...dd....
 """,
     "chew": """
-..m...m..
+.m.....m.
 ..mmmmm..
+....bb...
+""",
+    "soft": """
 .........
+.m.....m.
+..mmmmm..
 """,
     "set": """
 ..mmmmm..
@@ -293,7 +319,8 @@ mWWWWWWWm
 ..mmmmm..
 """,
 }
-MOUTH_KEY = {"m": ("maroon", LINE), "r": ("maroon", LIGHT), "W": ("white", HIGHLIGHT)}
+MOUTH_KEY = {"m": ("maroon", LINE), "r": ("maroon", LIGHT), "W": ("white", HIGHLIGHT),
+             "b": ("skin", BASE), "d": ("skin", BASE)}
 
 CHEEK_KEY = {"c": ("maroon", HIGHLIGHT)}
 

@@ -1,0 +1,336 @@
+"""Thumka the folk dancer: a rose ghagra, a mustard dupatta over her elbows, bells at her ankles."""
+from dataclasses import dataclass, field, replace
+
+import numpy as np
+
+from kit import BASE, HIGHLIGHT, LIGHT, LINE, SHADOW, Canvas, Character, Manifest, corner
+from kit.light import lambert
+from kit.palette import RAMP_NAMES
+from kit.shapes import shifted
+
+from ._thumka_head import CHIN, MIDDLE, WIDTH, Head, draw_head
+from ._thumka_maps import ANKLE, ANKLET, ANKLET_KEY, FEET, HANDS, NAMASTE, SKIN_KEY
+
+HEIGHT = 151
+FLOOR = 146  # the contour adds the last row above the ground line at 147
+WAIST = 98
+LEFT, RIGHT = -1, 1
+
+
+@dataclass(frozen=True)
+class Arm:
+    """Elbow and wrist as (outward, down) from the shoulder, and the hand's name (or None: drawn elsewhere)."""
+
+    elbow: tuple = (13, 13)
+    wrist: tuple = (3, 21)
+    hand: str = "hip"
+    flip: bool = False
+
+
+@dataclass(frozen=True)
+class Foot:
+    """A foot: how far out from the middle, how it is set down, how many pixels above the floor."""
+
+    out: int = 11
+    kind: str = "flat"
+    lift: int = 0
+    inward: bool = False
+
+
+@dataclass(frozen=True)
+class Skirt:
+    """The hem's two ends as (from the middle, above the floor), how low it sags between them."""
+
+    left: tuple = (-31, 15)
+    right: tuple = (31, 15)
+    sag: float = 4
+    pleats: int = 6
+
+
+@dataclass(frozen=True)
+class Stance:
+    """One pose. Offsets are whole pixels from the idle pose."""
+
+    hip: int = 0
+    chest: int = 0
+    dip: int = 0
+    lift: int = 0
+    head: Head = Head()
+    left: Arm = Arm()
+    right: Arm = Arm()
+    feet: tuple = (Foot(), Foot())
+    skirt: Skirt = Skirt()
+    swing: tuple = (0, 0)
+    braid: int = None
+    namaste: bool = False
+    seated: bool = False
+
+
+def draw(stance):
+    """Thumka in one stance, from back to front."""
+    canvas = Canvas(WIDTH, HEIGHT)
+    draw_dupatta_behind(canvas, stance)
+    if not stance.seated:
+        for side, foot in zip((LEFT, RIGHT), stance.feet):
+            draw_foot(canvas, side, foot)
+    draw_skirt(canvas, stance)
+    draw_torso(canvas, stance)
+    draw_belt(canvas, stance)
+    for side, arm in ((RIGHT, stance.right), (LEFT, stance.left)):
+        draw_arm(canvas, stance, side, arm)
+    if stance.namaste:
+        canvas.put_map(MIDDLE - 6 + stance.chest, 76 + stance.dip, NAMASTE, SKIN_KEY)
+    draw_head(canvas, replace(stance.head, dx=stance.head.dx + stance.chest,
+                              dy=stance.head.dy + stance.dip - stance.lift))
+    if stance.braid is not None:
+        draw_braid(canvas, stance)
+    return canvas.render()
+
+
+# Where things are in a stance -----------------------------------------------------------------------
+
+def shoulder(stance, side):
+    """The shoulder joint."""
+    return MIDDLE + stance.chest + side * 12.5, 78.5 + stance.dip - stance.lift
+
+
+def joint(stance, side, offset):
+    """A point given as (outward, down) from a shoulder."""
+    x, y = shoulder(stance, side)
+    return x + side * offset[0], y + offset[1]
+
+
+def waist(stance):
+    """The middle of the waist."""
+    return MIDDLE + round(stance.hip * 0.6), WAIST + stance.dip
+
+
+# Feet and skirt ---------------------------------------------------------------------------------------
+
+def draw_foot(canvas, side, foot):
+    """A bare foot with a red rim and bells around the ankle."""
+    rows = FEET[foot.kind].strip("\n").split("\n")
+    width = max(map(len, rows))
+    rows = [row.ljust(width, ".") for row in rows]
+    flip = (side == RIGHT) != foot.inward
+    ankle_x = MIDDLE + side * foot.out
+    top = FLOOR - len(rows) - foot.lift
+    shin = canvas.polygon([(ankle_x - 3, 118), (ankle_x + 3, 118), (ankle_x + 2.5, top + 1), (ankle_x - 2.5, top + 1)])
+    canvas.put(shin, "skin", canvas.cylinder(ankle_x - 4, ankle_x + 4), thresholds=(0.3, 0.56, 0.95))
+    left = ankle_x - (width - ANKLE if flip else ANKLE)
+    canvas.put_map(left, top, "\n".join(rows), SKIN_KEY, flip=flip)
+    canvas.put_map(ankle_x - 4, top - 1, ANKLET, ANKLET_KEY, flip=flip, cast=(0, 1))
+
+
+def pleated_light(canvas, mask, pleats):
+    """A drum's light that follows the mask's own edges, row by row, with pleats fanning out in it."""
+    columns = np.arange(canvas.width)
+    left = np.where(mask.any(1), mask.argmax(1), 0)[:, None]
+    right = np.where(mask.any(1), canvas.width - 1 - mask[:, ::-1].argmax(1), 1)[:, None]
+    across = np.clip((columns - left) / np.maximum(right - left, 1) * 2 - 1, -1, 1)
+    depth = np.sqrt(np.maximum(1 - across**2, 0.03))
+    drum = lambert(across * 0.95, np.full_like(across, -0.15), depth)
+    return drum + 0.13 * np.sin((across + 1) * np.pi * pleats)
+
+
+def dyed(canvas, mask, ramp):
+    """Changes the material under a mask and keeps its light."""
+    canvas.ramp[mask] = RAMP_NAMES.index(ramp)
+
+
+def draw_skirt(canvas, stance):
+    """The ghagra: gathered at the waist, pleated, with a gold border at the hem."""
+    x, y = waist(stance)
+    skirt = stance.skirt
+    left_x, left_y = MIDDLE + skirt.left[0], FLOOR - skirt.left[1]
+    right_x, right_y = MIDDLE + skirt.right[0], FLOOR - skirt.right[1]
+    hips = MIDDLE + stance.hip
+    middle_x, middle_y = (left_x + right_x) / 2, (left_y + right_y) / 2 + skirt.sag
+    mask = canvas.blob([corner(x - 11, y - 1), corner(x + 11, y - 1), (hips + 17, y + 8),
+                        ((hips + 17 + right_x) / 2 + 1, (y + 8 + right_y) / 2 - 1), corner(right_x, right_y),
+                        ((right_x + middle_x) / 2 + 2, (right_y + middle_y) / 2 + skirt.sag / 3),
+                        (middle_x, middle_y),
+                        ((left_x + middle_x) / 2 - 2, (left_y + middle_y) / 2 + skirt.sag / 3),
+                        corner(left_x, left_y), ((hips - 17 + left_x) / 2 - 1, (y + 8 + left_y) / 2 - 1),
+                        (hips - 17, y + 8)])
+    mask &= canvas.where(lambda px, py: py < FLOOR)
+    light = pleated_light(canvas, mask, skirt.pleats)
+    canvas.put(mask, "rose", light, thresholds=(0.34, 0.6, 0.97), cast=(1, 3))
+    border = mask & ~shifted(mask, 0, -7)
+    gold = mask & ~shifted(mask, 0, -5)
+    dyed(canvas, border, "rose")
+    canvas.adjust(border, -1)
+    dyed(canvas, gold & ~(mask & ~shifted(mask, 0, -1)), "mustard")
+    dyed(canvas, mask & ~shifted(mask, 0, -1), "rose")
+
+
+# Body -------------------------------------------------------------------------------------------------
+
+def draw_torso(canvas, stance):
+    """The midriff, the short blouse, the neck and a string of beads."""
+    x, y = MIDDLE + stance.chest, stance.dip - stance.lift
+    waist_x, waist_y = waist(stance)
+    midriff = canvas.polygon([(x - 10.5, 88 + y), (x + 10.5, 88 + y), (waist_x + 11, waist_y + 1),
+                              (waist_x - 11, waist_y + 1)])
+    canvas.put(midriff, "skin", canvas.cylinder(x - 15, x + 14), thresholds=(0.34, 0.58, 0.97))
+    neck = canvas.polygon([(x - 5.5, 64 + y), (x + 5.5, 64 + y), (x + 6, 73 + y), (x + 13, 77 + y), (x + 8, 84 + y),
+                           (x - 8, 84 + y), (x - 13, 77 + y), (x - 6, 73 + y)])
+    canvas.put(neck, "skin", canvas.even(0.5), cast=None)
+    blouse = canvas.blob([corner(x - 13, 75 + y), corner(x - 8, 74 + y), (x - 5, 80 + y), (x, 82.5 + y), (x + 5, 80 + y),
+                          corner(x + 8, 74 + y), corner(x + 13, 75 + y), (x + 13.5, 82 + y), corner(x + 11.5, 92 + y),
+                          (x, 93 + y), corner(x - 11.5, 92 + y), (x - 13.5, 82 + y)])
+    canvas.put(blouse, "teal", canvas.cylinder(x - 17, x + 15), thresholds=(0.3, 0.5, 0.88))
+    canvas.paint(blouse & ~shifted(blouse, 0, -2), "mustard", LIGHT)
+    if stance.head.from_behind:
+        return
+    for reach, drop in ((6, 79), (8, 85)):
+        beads = [(x - reach, 74 + y), (x - reach + 2, drop - 2 + y), (x, drop + y), (x + reach - 2, drop - 2 + y),
+                 (x + reach, 74 + y)]
+        canvas.line(beads, "brass", LIGHT, within=neck | blouse)
+
+
+def draw_belt(canvas, stance):
+    """A belt of gold over the skirt's top."""
+    x, y = waist(stance)
+    belt = canvas.blob([corner(x - 11.5, y - 2), (x, y - 1), corner(x + 11.5, y - 2), corner(x + 12, y + 1.5),
+                        (x, y + 2.5), corner(x - 12, y + 1.5)])
+    canvas.put(belt, "brass", canvas.cylinder(x - 14, x + 13), thresholds=(0.3, 0.56, 0.9), cast=(0, 1))
+
+
+def draw_arm(canvas, stance, side, arm):
+    """A short sleeve, a bare arm with bangles, the dupatta over the elbow, and the hand."""
+    start, elbow, wrist = shoulder(stance, side), joint(stance, side, arm.elbow), joint(stance, side, arm.wrist)
+    limb = canvas.stroke([start, elbow], [8.5, 7.5]) | canvas.stroke([elbow, wrist], [7.5, 6])
+    canvas.put(limb, "skin", canvas.inflated(limb, 5), thresholds=(0.38, 0.6, 0.93))
+    middle = tuple(a * 0.45 + b * 0.55 for a, b in zip(start, elbow))
+    sleeve = canvas.stroke([start, middle], [10, 9.5])
+    canvas.put(sleeve, "teal", canvas.inflated(sleeve, 6), thresholds=(0.42, 0.62, 0.9))
+    draw_dupatta_tail(canvas, stance, side, elbow)
+    draw_bangles(canvas, elbow, wrist, limb)
+    if arm.hand:
+        rows, (anchor_x, anchor_y) = HANDS[arm.hand]
+        lines = rows.strip("\n").split("\n")
+        width = max(map(len, lines))
+        flip = (side == RIGHT) != arm.flip
+        anchor_x = width - 1 - anchor_x if flip else anchor_x
+        rows = "\n".join(line.ljust(width, ".") for line in lines)
+        canvas.put_map(int(wrist[0]) - anchor_x, int(wrist[1]) - anchor_y, rows, SKIN_KEY, flip=flip)
+
+
+def draw_bangles(canvas, elbow, wrist, limb):
+    """Three bangles above the wrist, across the arm."""
+    along = np.subtract(wrist, elbow)
+    length = np.hypot(*along)
+    for distance, ramp, level in ((3, "maroon", LIGHT), (4.5, "brass", HIGHLIGHT), (6, "maroon", LIGHT)):
+        ring = canvas.where(lambda x, y: abs(((wrist[0] - x) * along[0] + (wrist[1] - y) * along[1]) / length
+                                             - distance) < 0.75)
+        near = canvas.where(lambda x, y: np.hypot(x - wrist[0], y - wrist[1]) < 9)
+        canvas.paint(ring & near & limb, ramp, level)
+
+
+# The dupatta --------------------------------------------------------------------------------------------
+
+def draw_dupatta_behind(canvas, stance):
+    """The scarf's middle, slung behind the back from elbow to elbow."""
+    left, right = joint(stance, LEFT, stance.left.elbow), joint(stance, RIGHT, stance.right.elbow)
+    x, y = waist(stance)
+    scarf = canvas.stroke([left, (x - 12, y - 4), (x + 12, y - 4), right], [8, 11, 11, 8])
+    canvas.put(scarf, "mustard", canvas.inflated(scarf, 6), bias=-1, lowest=SHADOW)
+
+
+def draw_dupatta_tail(canvas, stance, side, elbow):
+    """The scarf's end, hanging from the elbow."""
+    x, y = elbow
+    swing = stance.swing[0 if side == LEFT else 1]
+    tail = canvas.stroke([(x, y - 1), (x + side + swing * 0.4, y + 9), (x + side * 2 + swing * 0.8, y + 18),
+                          (x + side + swing, y + 27)], [8, 8.5, 9.5, 10])
+    end = y + 27
+    tail &= canvas.where(lambda px, py: (py < end) & (py < FLOOR))
+    canvas.put(tail, "mustard", canvas.inflated(tail, 6), thresholds=(0.38, 0.64, 0.9))
+    for row in (3, 6):
+        canvas.paint(tail & canvas.where(lambda px, py: abs(py - end + row) < 0.6), "rose", BASE)
+
+
+def draw_braid(canvas, stance):
+    """A plait down the back with a tassel, swung to one side."""
+    x, y = MIDDLE + stance.chest, stance.dip
+    previous = (x, 64 + y)
+    for step in range(6):
+        centre = (x + stance.braid * (step / 6) ** 1.5, 67 + y + step * 5.5)
+        bead = canvas.ellipse(*centre, 4.6 - step * 0.25, 4)
+        canvas.put(bead, "jet", canvas.sphere(*centre, 6, 5), thresholds=(0.2, 0.5, 0.9), cast=(1, 1))
+    tassel = canvas.blob([(centre[0], centre[1] + 1), (centre[0] + 3, centre[1] + 5), (centre[0] + 3, centre[1] + 11),
+                          (centre[0] - 3, centre[1] + 11), (centre[0] - 3, centre[1] + 5)])
+    canvas.put(tassel, "rose", canvas.inflated(tassel, 4), bias=1)
+
+
+# The poses ------------------------------------------------------------------------------------------------
+
+IDLE = Stance(left=Arm((13, 10), (2, 19), "hip"), right=Arm((12, 13), (16, 26), "pinch"))
+
+
+def mirrored_stance(stance, head):
+    """The same step to the other side; the head is given, since its flower does not change sides."""
+    skirt = stance.skirt
+    return replace(stance, hip=-stance.hip, chest=-stance.chest, head=head, left=stance.right, right=stance.left,
+                   feet=stance.feet[::-1], swing=(-stance.swing[1], -stance.swing[0]),
+                   skirt=replace(skirt, left=(-skirt.right[0], skirt.right[1]), right=(-skirt.left[0], skirt.left[1])))
+
+
+def dance():
+    """The seven steps of the dance."""
+    up = Arm((15, 2), (19, -14), "lotus")
+    low = Arm((15, 9), (26, 15), "wing")
+    one = Stance(hip=-5, chest=1, dip=1, head=Head(lean=4, eyes="open", mouth="laugh"), left=low, right=up,
+                 feet=(Foot(9), Foot(18, "toe")), skirt=Skirt((-37, 17), (32, 14)), swing=(5, 3))
+    two = Stance(dip=4, head=Head(dy=1, eyes="happy"), left=Arm((15, 7), (7, 9), None),
+                 right=Arm((15, 7), (7, 9), None), namaste=True, feet=(Foot(13), Foot(13)),
+                 skirt=Skirt((-34, 13), (34, 13)))
+    three = mirrored_stance(one, Head(lean=-4, eyes="open", mouth="laugh"))
+    four = Stance(hip=2, chest=2, head=Head(turn=7, lean=2, mouth="smile"), left=Arm((16, 3), (30, -2), "wing"),
+                  right=Arm((14, 7), (24, 0), "wing"), feet=(Foot(12, "toe", 4), Foot(4)),
+                  skirt=Skirt((-44, 24), (36, 16)), swing=(-8, -5))
+    five = Stance(head=Head(from_behind=True), left=Arm((16, 0), (26, -12), "lotus"),
+                  right=Arm((16, 0), (26, -12), "lotus"), feet=(Foot(6), Foot(12, "toe")),
+                  skirt=Skirt((-46, 22), (46, 22), 6, 8), swing=(-8, 8), braid=8)
+    six = Stance(hip=-2, chest=-2, head=Head(turn=-7, lean=-2), left=Arm((14, 7), (24, 0), "wing"),
+                 right=Arm((16, 3), (30, -2), "wing"), feet=(Foot(4), Foot(12, "toe", 4)),
+                 skirt=Skirt((-36, 16), (44, 24)), swing=(5, 8))
+    seven = Stance(hip=4, chest=-1, head=Head(lean=-3, eyes="happy", mouth="laugh"), left=up, right=up,
+                   feet=(Foot(17, "heel"), Foot(9)), skirt=Skirt((-30, 14), (38, 17)), swing=(-3, -4))
+    return one, two, three, four, five, six, seven
+
+
+DOZE = Stance(dip=26, head=Head(lean=6, dy=1, eyes="closed", mouth="sleep"), left=Arm((9, 14), (1, 21), "lap"),
+              right=Arm((9, 14), (1, 21), "lap"), seated=True, skirt=Skirt((-50, 4), (50, 4), 4, 7))
+
+CHARACTER = Character(
+    identifier="thumka",
+    grid=(WIDTH, HEIGHT),
+    ground=(MIDDLE, FLOOR + 1),
+    moves={"blink.png": [(45, 38, 80, 53)], "idle-breathe.png": [(0, 0, WIDTH, 130)]},
+    stray=24,
+    manifest=Manifest(
+        name="Thumka",
+        role="Now playing",
+        poses={name: f"{name}.png" for name in ("idle", "idle-breathe", "blink", *(f"dance-{n}" for n in range(1, 8)),
+                                                "doze")},
+        face=(MIDDLE, 50),
+        accent=(0.77, 0.27, 0.47),
+        behaviours=("idle", "blink"),
+        order=9,
+    ),
+)
+
+
+def poses():
+    """File name -> picture."""
+    pictures = {
+        "idle.png": draw(IDLE),
+        "idle-breathe.png": draw(replace(IDLE, lift=1)),
+        "blink.png": draw(replace(IDLE, head=Head(eyes="closed"))),
+        "doze.png": draw(DOZE),
+    }
+    for number, stance in enumerate(dance(), 1):
+        pictures[f"dance-{number}.png"] = draw(stance)
+    return pictures
