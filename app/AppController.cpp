@@ -248,7 +248,9 @@ void AppController::handleControlEvent(const QString& url) {
         return;
     }
     if (link.host() == QLatin1String("settings")) {
-        openLibrary(subject.empty() ? std::nullopt : std::optional(subject));
+        const bool isGeneral = subject == "general";
+        openLibrary(subject.empty() ? std::nullopt
+                                    : std::optional(isGeneral ? LibraryWindowController::generalPane : subject));
     } else if (link.host() == QLatin1String("select")) {
         select(subject);
     } else if (link.host() == QLatin1String("bring")) {

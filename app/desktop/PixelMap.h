@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPoint>
 
+#include <algorithm>
 #include <string_view>
 
 namespace DeskSprites {

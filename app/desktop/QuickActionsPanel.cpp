@@ -21,7 +21,7 @@ QuickActionsPanel::QuickActionsPanel() : view_(new QuickActionsView) {
 }
 
 void QuickActionsPanel::setContent(const QuickActionsContent& content) {
-    setWindowTitle(content.name);
+    setWindowTitle(tr("%1, quick actions").arg(content.name));
     setAccessibleName(content.name);
     view_->setContent(content);
 }

@@ -81,9 +81,7 @@ void QuickActionsView::setDialoguePalette(const DialoguePalette& palette) {
 
 void QuickActionsView::setContent(const QuickActionsContent& content) {
     const auto setText = [](PanelText& label, const QString& text) {
-        if (label.text() != text) {
-            label.setText(text);
-        }
+        label.setText(text);
         label.setVisible(!text.isEmpty());
     };
     setText(*name_, content.name);

@@ -17,7 +17,8 @@ PreferencesKeeper::PreferencesKeeper(FellowCore::FileOperations& files, const st
     QObject::connect(&delay_, &QTimer::timeout, &delay_, [this] { saveNow(); });
     // A burst is not extended by later changes: a drag that saves once a second must not postpone for ever.
     values_.onChange = [this] {
-        if (file_.isWritable() && !delay_.isActive()) {
+        if (file_.isWritable() && !changed_) {
+            changed_ = true;
             delay_.start();
         }
     };
@@ -26,10 +27,11 @@ PreferencesKeeper::PreferencesKeeper(FellowCore::FileOperations& files, const st
 PreferencesKeeper::~PreferencesKeeper() { saveNow(); }
 
 void PreferencesKeeper::saveNow() {
-    if (!delay_.isActive()) {
+    delay_.stop();
+    if (!changed_) {
         return;
     }
-    delay_.stop();
+    changed_ = false;
     saver_.save("Deskfellow could not save its settings", [file = file_, document = values_.document()] { file.save(document); });
 }
 

@@ -30,6 +30,7 @@ private:
     BackgroundSaver& saver_;
     std::optional<std::string> loadProblem_;
     QTimer delay_;
+    bool changed_ = false; ///< since what was handed to the saver last
 };
 
 } // namespace DeskSprites

@@ -121,7 +121,7 @@ void LogindSessionEvents::findDisplaySession() {
 void LogindSessionEvents::followSession(const QString& path) {
     if (path == sessionPath_)
         return;
-    const auto each = [this](const QString& at, auto&& perform) {
+    const auto each = [](const QString& at, auto&& perform) {
         perform(at, loginSession, QStringLiteral("Lock"), SLOT(lock()));
         perform(at, loginSession, QStringLiteral("Unlock"), SLOT(unlock()));
         perform(at, properties, QStringLiteral("PropertiesChanged"),

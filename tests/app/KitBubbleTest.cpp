@@ -64,6 +64,15 @@ TEST_F(KitBubble, OpensWithMotionAndThenRests) {
     EXPECT_THAT(awake.seen, IsEmpty());
 }
 
+TEST_F(KitBubble, AnOpeningThatWasCutShortDoesNotGoOn) {
+    ASSERT_TRUE(panel.present(placementFor(panel), BubbleMotion::full));
+    runFor(40);
+    panel.dismiss();
+    ASSERT_TRUE(panel.present(placementFor(panel), BubbleMotion::reduced));
+    runFor(25);
+    EXPECT_EQ(panel.windowOpacity(), 1);
+}
+
 TEST_F(KitBubble, ReducedMotionOpensAtOnce) {
     EventCount moves(panel, {QEvent::Move});
     ASSERT_TRUE(panel.present(placementFor(panel), BubbleMotion::reduced));
@@ -144,9 +153,12 @@ TEST_F(KitBubble, TellsOfANewPreferredSizeAndOnlyThen) {
         panel.place(placementFor(panel));
     };
     ASSERT_TRUE(showStill(panel));
-    panel.setContent(timerContent(log, "11:11", 0.1));
+    QuickActionsContent other = timerContent(log, "11:11", 0.1);
+    other.status = QStringLiteral("Short rest");
+    other.actions[1].title = QStringLiteral("Begin");
+    panel.setContent(other);
     runFor(60);
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(told, 0) << "other words in the same room";
     const FellowCore::Size before = panel.preferredSize();
     QuickActionsContent longer = timerContent(log);
     longer.status = QStringLiteral("Paused while asleep, and waiting for somebody to press the button again");

@@ -197,10 +197,15 @@ TEST_F(KitPanel, ASizeEditAlwaysEnds) {
     log.clear();
     slider().setValue(400); // as assistive tools do
     EXPECT_THAT(log, ElementsAre("begin", "400", "end"));
-    log.clear();
-    mouse(slider(), QEvent::MouseButtonPress, {0, 0});
-    panel.dismiss();
-    EXPECT_THAT(log, ElementsAre("begin", "140", "end")) << "the panel went away under the hand";
+    for (const bool withKeyboard : {true, false}) {
+        log.clear();
+        mouse(slider(), QEvent::MouseButtonPress, {0, 0});
+        panel.dismiss();
+        EXPECT_THAT(log, ElementsAre("begin", "140", "end"))
+            << "the panel went away under the hand " << withKeyboard;
+        slider().showValue(400);
+        ASSERT_TRUE(showStill(panel));
+    }
 }
 
 TEST_F(KitPanel, ARightToLeftSliderGrowsToTheLeft) {

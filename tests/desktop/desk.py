@@ -244,7 +244,7 @@ class Program:
                     continue
                 for node in self._tree(application):
                     if node.name == name and (role is None or node.getRoleName() == role):
-                        if node.getState().contains(pyatspi.STATE_SHOWING):
+                        if node.getState().contains(pyatspi.STATE_VISIBLE):
                             return node
         except Exception:  # the tree changed while we walked it
             pass

@@ -26,4 +26,4 @@ def test_comes_back_when_its_monitor_goes(desk, second_monitor, program):
     desk.mouse.drag(window.center, (1300, 500))
     assert window.box[0] > 900
     xrandr("--delmonitor", "right")
-    wait_for("standing on the monitor that is left", lambda: window.box[0] + window.box[2] <= 800 + 32)
+    wait_for("standing on the monitor that is left", lambda: window.center[0] + 90 <= 800)

@@ -32,7 +32,7 @@ def test_durations_change_at_once_and_are_kept(desk, standing):
 
 def test_mirroring_turns_batti_round(desk, standing):
     open_settings(desk, standing)
-    standing.press("Face the other way")
+    standing.press("Face the other way", "check box")
     wait_for("the change being saved", lambda: standing.preferences().get("sprites.batti.mirrored") is True)
 
 
@@ -40,10 +40,10 @@ def test_start_at_login_writes_and_removes_an_entry(desk, standing):
     open_settings(desk, standing)
     standing.again("deskfellow://settings/general")
     entry = standing.home / "config" / "autostart" / "deskfellow.desktop"
-    standing.press("Start at login")
+    standing.press("Start at login", "check box")
     wait_for("the entry", entry.exists)
     assert "Exec=" in entry.read_text()
-    standing.press("Start at login")
+    standing.press("Start at login", "check box")
     wait_for("the entry going", lambda: not entry.exists())
 
 

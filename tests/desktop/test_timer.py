@@ -90,5 +90,7 @@ def test_sleep_pauses_and_waking_does_not_resume(desk, program, logind):
     manager.EmitSignal("org.freedesktop.login1.Manager", "PrepareForSleep", "b", [True])
     wait_for("pausing for sleep", lambda: status(program) == "paused")
     manager.EmitSignal("org.freedesktop.login1.Manager", "PrepareForSleep", "b", [False])
+    time.sleep(0.3)
+    program.press("Batti")
     wait_for("the reason", lambda: program.accessible("Paused while asleep"))
     assert stays(lambda: status(program) == "paused")

@@ -15,6 +15,10 @@ using Testing::waitUntil;
 
 namespace {
 
+/// Qt reads this once, when the application object is made: a monitor called "fine" has two pixels in a
+/// point.
+[[maybe_unused]] const bool isScaled = qputenv("QT_SCREEN_SCALE_FACTORS", "fine=2");
+
 TEST(WorkAreaTest, ScreensLoseWhatPanelsOnThemKeep) {
     // Two screens side by side on one desktop, the right one lower: its bottom lies 200 above the desktop's.
     const QSize desktop(3000, 1200);
@@ -71,19 +75,19 @@ protected:
             setMonitors({});
     }
 
-    /// Divides the virtual screen into monitors given as "WIDTHxHEIGHT+X+Y", the first one primary.
-    void setMonitors(const QStringList& frames) {
+    /// Divides the virtual screen into monitors given as "NAME WIDTHxHEIGHT+X+Y", the first one primary.
+    void setMonitors(const QStringList& descriptions) {
         QStringList fresh;
-        for (const QString& frame : frames) {
-            const QStringList parts = frame.split(QRegularExpression(QStringLiteral("[x+]")));
-            const QString name = (fresh.isEmpty() ? QStringLiteral("*") : QString()) +
-                                 QStringLiteral("part%1").arg(fresh.size());
+        for (const QString& description : descriptions) {
+            const QStringList parts = description.split(QRegularExpression(QStringLiteral("[ x+]")));
+            const bool first = fresh.isEmpty();
             const QString geometry =
-                QStringLiteral("%1/%1x%2/%2+%3+%4").arg(parts[0], parts[1], parts[2], parts[3]);
+                QStringLiteral("%1/%1x%2/%2+%3+%4").arg(parts[1], parts[2], parts[3], parts[4]);
             ASSERT_TRUE(Testing::run(QStringLiteral("xrandr"),
-                                     {QStringLiteral("--setmonitor"), name, geometry,
-                                      fresh.isEmpty() ? QStringLiteral("screen") : QStringLiteral("none")}));
-            fresh.append(QStringLiteral("part%1").arg(fresh.size()));
+                                     {QStringLiteral("--setmonitor"),
+                                      (first ? QStringLiteral("*") : QString()) + parts[0], geometry,
+                                      first ? QStringLiteral("screen") : QStringLiteral("none")}));
+            fresh.append(parts[0]);
         }
         for (const QString& old : monitors_) {
             if (fresh.contains(old))
@@ -125,7 +129,7 @@ TEST_F(ScreensTest, OneScreenFollowsItsPanels) {
 TEST_F(ScreensTest, TwoScreensKeepTheirOwnPanels) {
     int changes = 0;
     screens.onChange = [&] { ++changes; };
-    setMonitors({QStringLiteral("900x1000+700+0"), QStringLiteral("700x600+0+0")});
+    setMonitors({QStringLiteral("right 900x1000+700+0"), QStringLiteral("left 700x600+0+0")});
     ASSERT_TRUE(waitUntil([&] { return screens.all().size() == 2; }));
     // The main screen is the right one: its lower left corner is the origin, the other lies to the left of
     // it.
@@ -143,11 +147,42 @@ TEST_F(ScreensTest, TwoScreensKeepTheirOwnPanels) {
 }
 
 TEST_F(ScreensTest, SurfacesAndPointsFollowTheOrigin) {
-    setMonitors({QStringLiteral("800x1000+800+0"), QStringLiteral("800x1000+0+0")});
+    setMonitors({QStringLiteral("right 800x1000+800+0"), QStringLiteral("left 800x1000+0+0")});
     ASSERT_TRUE(waitUntil([&] { return screens.all().size() == 2 && screens.all()[0].frame.width == 800; }));
     EXPECT_EQ(Platform::fromQt(QPointF(800, 1000)), (FellowCore::Point{0, 0}));
     EXPECT_EQ(Platform::toQt(Rect{-800, 10, 100, 50}), QRect(0, 940, 100, 50));
     EXPECT_EQ(Platform::fromQt(QRectF(0, 940, 100, 50)), (Rect{-800, 10, 100, 50}));
+}
+
+class ScaleWitness : public Platform::DesktopSurfaceClient {
+public:
+    void paint(QPainter&, QSizeF) override {}
+    void backingScaleChanged(double scale) override { scales.push_back(scale); }
+    std::vector<double> scales;
+};
+
+TEST_F(ScreensTest, ASurfaceFollowsTheScaleOfItsScreen) {
+    setMonitors({QStringLiteral("coarse 800x1000+0+0"), QStringLiteral("fine 800x1000+800+0")});
+    ASSERT_TRUE(waitUntil([&] { return screens.all().size() == 2 && screens.all()[1].backingScale == 2; }));
+    EXPECT_EQ(screens.all()[1].frame.size(), (FellowCore::Size{400, 500}));
+    ScaleWitness witness;
+    const auto surface = system->makeSurface(witness);
+    surface->setFrame({100, 100, 50, 40});
+    surface->setInputRegion({{1, 2, 3, 4}});
+    surface->show();
+    runFor(60);
+    Testing::OtherProgram other;
+    const auto window = static_cast<xcb_window_t>(surface->windowId());
+    constexpr std::uint8_t inputKind = 2;
+    EXPECT_EQ(other.shape(window, inputKind), std::vector{QRect(1, 2, 3, 4)});
+    EXPECT_EQ(surface->backingScale(), 1);
+
+    const Rect fine = screens.all()[1].frame;
+    surface->setFrame({fine.x + 100, fine.y + 100, 50, 40});
+    EXPECT_TRUE(waitUntil([&] { return other.frameOf(window).size() == QSize(100, 80); }));
+    EXPECT_TRUE(waitUntil([&] { return witness.scales == std::vector{2.0}; }));
+    EXPECT_EQ(other.shape(window, inputKind), std::vector{QRect(2, 4, 6, 8)});
+    EXPECT_EQ(surface->backingScale(), 2);
 }
 
 } // namespace

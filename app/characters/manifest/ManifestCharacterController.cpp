@@ -161,7 +161,10 @@ void ManifestCharacterController::blink() {
         scheduleBlink();
         return;
     }
-    sprite_.setPose("blink");
+    // Closed eyes are drawn for the idle pose; over any other the body would jump.
+    if (sprite_.pose() == "idle") {
+        sprite_.setPose("blink");
+    }
     blinking_ = true;
     const FellowCore::Seconds duration = ability_ ? ability_->blinkDuration() : 0.14;
     blinkWork_.start(static_cast<int>(duration * 1000));

@@ -71,8 +71,8 @@ def draw_back_hair(canvas, head):
 
 def draw_hair_from_behind(canvas, head):
     """The parting over the crown, and the hair gathered to the nape."""
-    for points in ([(62, 17), (76, 20), (84.5, 30), (86, 43), (80, 56), corner(66, 66), corner(62, 66)],
-                   [(62, 17), (48, 20), (39.5, 30), (38, 43), (44, 56), corner(58, 66), corner(62, 66)]):
+    for points in ([corner(62, 14.6), (76, 17.4), (85.4, 28), (87.4, 43), (81, 56), corner(66, 66), corner(62, 66)],
+                   [corner(62, 14.6), (48, 17.4), (38.6, 28), (36.6, 43), (43, 56), corner(58, 66), corner(62, 66)]):
         hair(canvas, head, points)
     for points in ([(50, 34), (53, 48), (59, 61)], [(74, 34), (71, 48), (65, 61)]):
         canvas.line(head.held(points), "jet", LINE)
@@ -115,14 +115,14 @@ def draw_face(canvas, head):
 def draw_front_hair(canvas, head):
     """Two smooth wings from the parting, and the jewel that hangs in it."""
     part = MIDDLE + head.turn
-    left = [corner(part, 17), (49, 18), (40, 28), (37, 42), corner(39.5, 53), (43, 46), (47 + head.turn * 0.6, 36),
+    left = [corner(part, 14.6), (48, 17.4), (38.6, 28), (36.6, 42), corner(39.5, 53), (43, 46), (47 + head.turn * 0.6, 36),
             corner(part, 28)]
-    right = [corner(part, 17), (75, 18), (84, 28), (87, 42), corner(84.5, 53), (81, 46), (77 + head.turn * 0.6, 36),
+    right = [corner(part, 14.6), (76, 17.4), (85.4, 28), (87.4, 42), corner(84.5, 53), (81, 46), (77 + head.turn * 0.6, 36),
              corner(part, 28)]
     for points in (left, right):
         hair(canvas, head, points)
-    for y in (19, 22, 25):
-        canvas.stamp(*head.mark(61 + head.turn, y), "Hb\nbb\ndd", ANKLET_KEY)
+    for y in range(17, 28, 2):
+        canvas.stamp(*head.mark(61 + head.turn, y), "Hb\nHb", ANKLET_KEY)
     canvas.put_map(*head.mark(59 + head.turn, 28), "..bb..\n.HbbB.\nHbrrBd\n.brrd.\n..Bd..", {
         **ANKLET_KEY, "r": ("maroon", LIGHT)}, cast=(0, 1))
 

@@ -223,8 +223,8 @@ rrrrrrrrrrrrr.
 ANKLE = 9
 
 ANKLET = """
-HbHbHbHb
-BdBdBdBd
+bbbbbbbb
+dbbddbbd
 """
 ANKLET_KEY = {"H": ("brass", HIGHLIGHT), "b": ("brass", LIGHT), "B": ("brass", BASE), "d": ("brass", SHADOW)}
 EARRING = """

@@ -48,6 +48,7 @@ LAMPS = {
 LAMP_FILES = {f"lamp-{lamp}.png": lamp for lamp in LAMPS if lamp != "out"}
 
 CHARACTER = Character(
+    places=PLACES,
     identifier="pump",
     grid=(WIDTH, HEIGHT),
     ground=(MIDDLE, FLOOR + 1),

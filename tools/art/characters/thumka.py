@@ -2,6 +2,7 @@
 from dataclasses import dataclass, field, replace
 
 import numpy as np
+from scipy import ndimage
 
 from kit import BASE, HIGHLIGHT, LIGHT, LINE, SHADOW, Canvas, Character, Manifest, corner
 from kit.light import lambert
@@ -15,6 +16,7 @@ HEIGHT = 151
 FLOOR = 146  # the contour adds the last row above the ground line at 147
 WAIST = 98
 LEFT, RIGHT = -1, 1
+SKIN_LIGHT = (0.38, 0.6, 0.93)
 
 
 @dataclass(frozen=True)
@@ -60,7 +62,7 @@ class Stance:
     right: Arm = Arm()
     feet: tuple = (Foot(), Foot())
     skirt: Skirt = Skirt()
-    swing: tuple = (0, 0)
+    tails: tuple = ((6, 33), (6, 33))
     braid: int = None
     namaste: bool = False
     seated: bool = False
@@ -72,14 +74,18 @@ def draw(stance):
     draw_dupatta_behind(canvas, stance)
     if not stance.seated:
         for side, foot in zip((LEFT, RIGHT), stance.feet):
-            draw_foot(canvas, side, foot)
+            draw_foot(canvas, side, foot, MIDDLE + stance.hip + side * 7)
     draw_skirt(canvas, stance)
     draw_torso(canvas, stance)
     draw_belt(canvas, stance)
+    for side, arm, tail in ((RIGHT, stance.right, stance.tails[1]), (LEFT, stance.left, stance.tails[0])):
+        elbow_x, elbow_y = joint(stance, side, arm.elbow)
+        draw_dupatta_tail(canvas, (elbow_x, elbow_y), (elbow_x + side * tail[0], elbow_y + tail[1]))
     for side, arm in ((RIGHT, stance.right), (LEFT, stance.left)):
         draw_arm(canvas, stance, side, arm)
+    close_chinks(canvas)
     if stance.namaste:
-        canvas.put_map(MIDDLE - 6 + stance.chest, 76 + stance.dip, NAMASTE, SKIN_KEY)
+        canvas.put_map(MIDDLE - 6 + stance.chest, 78 + stance.dip, NAMASTE, SKIN_KEY)
     draw_head(canvas, replace(stance.head, dx=stance.head.dx + stance.chest,
                               dy=stance.head.dy + stance.dip - stance.lift))
     if stance.braid is not None:
@@ -107,19 +113,19 @@ def waist(stance):
 
 # Feet and skirt ---------------------------------------------------------------------------------------
 
-def draw_foot(canvas, side, foot):
-    """A bare foot with a red rim and bells around the ankle."""
+def draw_foot(canvas, side, foot, knee_x):
+    """A bare foot with a red rim and bells around the ankle, below a knee that the skirt covers."""
     rows = FEET[foot.kind].strip("\n").split("\n")
     width = max(map(len, rows))
     rows = [row.ljust(width, ".") for row in rows]
     flip = (side == RIGHT) != foot.inward
     ankle_x = MIDDLE + side * foot.out
     top = FLOOR - len(rows) - foot.lift
-    shin = canvas.polygon([(ankle_x - 3, 118), (ankle_x + 3, 118), (ankle_x + 2.5, top + 1), (ankle_x - 2.5, top + 1)])
+    shin = canvas.polygon([(knee_x - 3, 114), (knee_x + 3, 114), (ankle_x + 3, top + 1), (ankle_x - 3, top + 1)])
     canvas.put(shin, "skin", canvas.cylinder(ankle_x - 4, ankle_x + 4), thresholds=(0.3, 0.56, 0.95))
     left = ankle_x - (width - ANKLE if flip else ANKLE)
     canvas.put_map(left, top, "\n".join(rows), SKIN_KEY, flip=flip)
-    canvas.put_map(ankle_x - 4, top - 1, ANKLET, ANKLET_KEY, flip=flip, cast=(0, 1))
+    canvas.put_map(ankle_x - 4, top - 1, ANKLET, ANKLET_KEY, flip=flip, cast=None)
 
 
 def pleated_light(canvas, mask, pleats):
@@ -138,8 +144,8 @@ def dyed(canvas, mask, ramp):
     canvas.ramp[mask] = RAMP_NAMES.index(ramp)
 
 
-def draw_skirt(canvas, stance):
-    """The ghagra: gathered at the waist, pleated, with a gold border at the hem."""
+def hanging_skirt(canvas, stance):
+    """The outline of the ghagra of somebody who stands: waist, hips, and a hem that swings."""
     x, y = waist(stance)
     skirt = stance.skirt
     left_x, left_y = MIDDLE + skirt.left[0], FLOOR - skirt.left[1]
@@ -153,15 +159,27 @@ def draw_skirt(canvas, stance):
                         ((left_x + middle_x) / 2 - 2, (left_y + middle_y) / 2 + skirt.sag / 3),
                         corner(left_x, left_y), ((hips - 17 + left_x) / 2 - 1, (y + 8 + left_y) / 2 - 1),
                         (hips - 17, y + 8)])
-    mask &= canvas.where(lambda px, py: py < FLOOR)
-    light = pleated_light(canvas, mask, skirt.pleats)
-    canvas.put(mask, "rose", light, thresholds=(0.34, 0.6, 0.97), cast=(1, 3))
+    return mask & canvas.where(lambda px, py: py < FLOOR)
+
+
+def spread_skirt(canvas, stance):
+    """The outline of the ghagra of somebody who sits on the floor in the middle of it."""
+    x, y = waist(stance)
+    return canvas.blob([corner(x - 11, y - 1), corner(x + 11, y - 1), (x + 22, y + 3), (x + 35, y + 9),
+                        (x + 47, y + 16), corner(x + 51, FLOOR), corner(x - 51, FLOOR), (x - 47, y + 16),
+                        (x - 35, y + 9), (x - 22, y + 3)])
+
+
+def draw_skirt(canvas, stance):
+    """The ghagra: pleated, with a gold border at the hem."""
+    mask = spread_skirt(canvas, stance) if stance.seated else hanging_skirt(canvas, stance)
+    light = pleated_light(canvas, mask, stance.skirt.pleats)
+    canvas.put(mask, "rose", light, thresholds=(0.26, 0.74, 1.04), cast=(1, 3))
     border = mask & ~shifted(mask, 0, -7)
     gold = mask & ~shifted(mask, 0, -5)
-    dyed(canvas, border, "rose")
-    canvas.adjust(border, -1)
-    dyed(canvas, gold & ~(mask & ~shifted(mask, 0, -1)), "mustard")
-    dyed(canvas, mask & ~shifted(mask, 0, -1), "rose")
+    canvas.paint(border, "rose", SHADOW)
+    dyed(canvas, gold, "mustard")
+    canvas.level[gold] = np.clip(2 + (light > 0.26).astype(int) + (light > 0.74) - (light < 0.12), SHADOW, HIGHLIGHT)[gold]
 
 
 # Body -------------------------------------------------------------------------------------------------
@@ -198,34 +216,47 @@ def draw_belt(canvas, stance):
 
 
 def draw_arm(canvas, stance, side, arm):
-    """A short sleeve, a bare arm with bangles, the dupatta over the elbow, and the hand."""
+    """A bare arm in a short sleeve, the forearm with its bangles, and the hand."""
     start, elbow, wrist = shoulder(stance, side), joint(stance, side, arm.elbow), joint(stance, side, arm.wrist)
-    limb = canvas.stroke([start, elbow], [8.5, 7.5]) | canvas.stroke([elbow, wrist], [7.5, 6])
-    canvas.put(limb, "skin", canvas.inflated(limb, 5), thresholds=(0.38, 0.6, 0.93))
+    upper, lower = canvas.stroke([start, elbow], [8.5, 7.5]), canvas.stroke([elbow, wrist], [7.5, 6])
+    canvas.put(upper | lower, "skin", canvas.inflated(upper | lower, 5), thresholds=SKIN_LIGHT)
     middle = tuple(a * 0.45 + b * 0.55 for a, b in zip(start, elbow))
     sleeve = canvas.stroke([start, middle], [10, 9.5])
     canvas.put(sleeve, "teal", canvas.inflated(sleeve, 6), thresholds=(0.42, 0.62, 0.9))
-    draw_dupatta_tail(canvas, stance, side, elbow)
-    draw_bangles(canvas, elbow, wrist, limb)
+    if arm.wrist[0] < 0:  # folded across the chest: the forearm is in front of everything
+        canvas.put(lower, "skin", canvas.inflated(lower, 5), thresholds=SKIN_LIGHT)
+    draw_bangles(canvas, elbow, wrist, lower)
     if arm.hand:
-        rows, (anchor_x, anchor_y) = HANDS[arm.hand]
-        lines = rows.strip("\n").split("\n")
-        width = max(map(len, lines))
-        flip = (side == RIGHT) != arm.flip
-        anchor_x = width - 1 - anchor_x if flip else anchor_x
-        rows = "\n".join(line.ljust(width, ".") for line in lines)
-        canvas.put_map(int(wrist[0]) - anchor_x, int(wrist[1]) - anchor_y, rows, SKIN_KEY, flip=flip)
+        draw_hand(canvas, side, wrist, arm)
 
 
-def draw_bangles(canvas, elbow, wrist, limb):
+def draw_hand(canvas, side, wrist, arm):
+    """The hand from its map, its wrist at the end of the arm."""
+    rows, (anchor_x, anchor_y) = HANDS[arm.hand]
+    lines = rows.strip("\n").split("\n")
+    width = max(map(len, lines))
+    flip = (side == RIGHT) != arm.flip
+    anchor_x = width - 1 - anchor_x if flip else anchor_x
+    rows = "\n".join(line.ljust(width, ".") for line in lines)
+    canvas.put_map(int(wrist[0]) - anchor_x, int(wrist[1]) - anchor_y, rows, SKIN_KEY, flip=flip)
+
+
+def draw_bangles(canvas, elbow, wrist, forearm):
     """Three bangles above the wrist, across the arm."""
     along = np.subtract(wrist, elbow)
-    length = np.hypot(*along)
+    along = along / np.hypot(*along)
     for distance, ramp, level in ((3, "maroon", LIGHT), (4.5, "brass", HIGHLIGHT), (6, "maroon", LIGHT)):
-        ring = canvas.where(lambda x, y: abs(((wrist[0] - x) * along[0] + (wrist[1] - y) * along[1]) / length
-                                             - distance) < 0.75)
-        near = canvas.where(lambda x, y: np.hypot(x - wrist[0], y - wrist[1]) < 9)
-        canvas.paint(ring & near & limb, ramp, level)
+        ring = canvas.where(lambda x, y: abs((wrist[0] - x) * along[0] + (wrist[1] - y) * along[1] - distance) < 0.75)
+        canvas.paint(ring & forearm, ramp, level)
+
+
+def close_chinks(canvas):
+    """Fills the specks of background that arms and scarf happen to enclose; larger gaps stay open."""
+    regions, count = ndimage.label(~canvas.covered())
+    for region in range(1, count + 1):
+        chink = regions == region
+        if chink.sum() < 24:
+            canvas.paint(chink, "mustard", SHADOW)
 
 
 # The dupatta --------------------------------------------------------------------------------------------
@@ -238,17 +269,26 @@ def draw_dupatta_behind(canvas, stance):
     canvas.put(scarf, "mustard", canvas.inflated(scarf, 6), bias=-1, lowest=SHADOW)
 
 
-def draw_dupatta_tail(canvas, stance, side, elbow):
-    """The scarf's end, hanging from the elbow."""
-    x, y = elbow
-    swing = stance.swing[0 if side == LEFT else 1]
-    tail = canvas.stroke([(x, y - 1), (x + side + swing * 0.4, y + 9), (x + side * 2 + swing * 0.8, y + 18),
-                          (x + side + swing, y + 27)], [8, 8.5, 9.5, 10])
-    end = y + 27
-    tail &= canvas.where(lambda px, py: (py < end) & (py < FLOOR))
-    canvas.put(tail, "mustard", canvas.inflated(tail, 6), thresholds=(0.38, 0.64, 0.9))
-    for row in (3, 6):
-        canvas.paint(tail & canvas.where(lambda px, py: abs(py - end + row) < 0.6), "rose", BASE)
+def draw_dupatta_tail(canvas, start, end):
+    """One end of the scarf, falling from the elbow: narrow at the elbow, wide and cut straight at the end."""
+    start, end = np.array(start, float), np.array(end, float)
+    along = end - start
+    length = np.hypot(*along)
+    along /= length
+    bow = np.array([along[1], -along[0]]) * (2.5 if along[0] < 0 else -2.5)
+    path = [start, start + along * length * 0.35 + bow, start + along * length * 0.7 - bow * 0.4,
+            end + along * 6 - bow * 0.4]
+    tail = canvas.stroke([tuple(point) for point in path], [5, 8, 11.5, 13])
+
+    def beyond(x, y):
+        return (x - end[0]) * along[0] + (y - end[1]) * along[1]
+
+    tail &= canvas.where(lambda x, y: (beyond(x, y) < 0) & (y < FLOOR))
+    canvas.put(tail, "mustard", canvas.inflated(tail, 7), thresholds=(0.36, 0.6, 0.88))
+    crease = [tuple(path[0] + bow * 0.3), tuple(path[1] + bow * 0.4), tuple(path[2] + bow * 0.6)]
+    canvas.line(crease, "mustard", SHADOW, within=tail)
+    for distance in (2.5, 5.5):
+        canvas.paint(tail & canvas.where(lambda x, y: abs(beyond(x, y) + distance) < 0.7), "rose", BASE)
 
 
 def draw_braid(canvas, stance):
@@ -273,43 +313,43 @@ def mirrored_stance(stance, head):
     """The same step to the other side; the head is given, since its flower does not change sides."""
     skirt = stance.skirt
     return replace(stance, hip=-stance.hip, chest=-stance.chest, head=head, left=stance.right, right=stance.left,
-                   feet=stance.feet[::-1], swing=(-stance.swing[1], -stance.swing[0]),
+                   feet=stance.feet[::-1], tails=stance.tails[::-1],
                    skirt=replace(skirt, left=(-skirt.right[0], skirt.right[1]), right=(-skirt.left[0], skirt.left[1])))
 
 
 def dance():
     """The seven steps of the dance."""
-    up = Arm((15, 2), (19, -14), "lotus")
-    low = Arm((15, 9), (26, 15), "wing")
-    one = Stance(hip=-5, chest=1, dip=1, head=Head(lean=4, eyes="open", mouth="laugh"), left=low, right=up,
-                 feet=(Foot(9), Foot(18, "toe")), skirt=Skirt((-37, 17), (32, 14)), swing=(5, 3))
-    two = Stance(dip=4, head=Head(dy=1, eyes="happy"), left=Arm((15, 7), (7, 9), None),
-                 right=Arm((15, 7), (7, 9), None), namaste=True, feet=(Foot(13), Foot(13)),
-                 skirt=Skirt((-34, 13), (34, 13)))
-    three = mirrored_stance(one, Head(lean=-4, eyes="open", mouth="laugh"))
-    four = Stance(hip=2, chest=2, head=Head(turn=7, lean=2, mouth="smile"), left=Arm((16, 3), (30, -2), "wing"),
-                  right=Arm((14, 7), (24, 0), "wing"), feet=(Foot(12, "toe", 4), Foot(4)),
-                  skirt=Skirt((-44, 24), (36, 16)), swing=(-8, -5))
-    five = Stance(head=Head(from_behind=True), left=Arm((16, 0), (26, -12), "lotus"),
-                  right=Arm((16, 0), (26, -12), "lotus"), feet=(Foot(6), Foot(12, "toe")),
-                  skirt=Skirt((-46, 22), (46, 22), 6, 8), swing=(-8, 8), braid=8)
-    six = Stance(hip=-2, chest=-2, head=Head(turn=-7, lean=-2), left=Arm((14, 7), (24, 0), "wing"),
-                 right=Arm((16, 3), (30, -2), "wing"), feet=(Foot(4), Foot(12, "toe", 4)),
-                 skirt=Skirt((-36, 16), (44, 24)), swing=(5, 8))
-    seven = Stance(hip=4, chest=-1, head=Head(lean=-3, eyes="happy", mouth="laugh"), left=up, right=up,
-                   feet=(Foot(17, "heel"), Foot(9)), skirt=Skirt((-30, 14), (38, 17)), swing=(-3, -4))
+    up = Arm((15, 4), (23, -12), "lotus")
+    low = Arm((15, 9), (27, 13), "wing")
+    folded = Arm((13, 12), (-8, 11), None)
+    one = Stance(hip=-7, chest=-2, dip=1, head=Head(lean=5, dx=1, mouth="laugh"), left=low, right=up,
+                 feet=(Foot(13), Foot(21, "toe")), skirt=Skirt((-43, 19), (27, 13)), tails=((12, 29), (14, 30)))
+    two = Stance(dip=4, head=Head(dy=1, eyes="happy"), left=folded, right=folded, namaste=True,
+                 feet=(Foot(14), Foot(14)), skirt=Skirt((-35, 13), (35, 13)), tails=((9, 30), (9, 30)))
+    three = mirrored_stance(one, Head(lean=-5, dx=-1, mouth="laugh"))
+    four = Stance(hip=3, chest=3, head=Head(turn=6, lean=2), left=Arm((13, 11), (-7, 9), "lap"),
+                  right=Arm((16, 5), (29, 0), "wing"), feet=(Foot(15, "toe", 5), Foot(6)),
+                  skirt=Skirt((-47, 27), (36, 16)), tails=((22, 22), (4, 30)))
+    five = Stance(head=Head(from_behind=True), lift=1, left=Arm((16, 2), (27, -10), "lotus"),
+                  right=Arm((16, 2), (27, -10), "lotus"), feet=(Foot(7), Foot(9, "toe")),
+                  skirt=Skirt((-50, 25), (50, 25), 9, 8), tails=((24, 20), (24, 20)), braid=9)
+    six = Stance(hip=-3, chest=-3, head=Head(turn=-6, lean=-2), left=Arm((16, 5), (29, 0), "wing"),
+                 right=Arm((15, 4), (22, -12), "thread"), feet=(Foot(6), Foot(15, "toe", 5)),
+                 skirt=Skirt((-36, 16), (47, 27)), tails=((4, 30), (22, 22)))
+    seven = Stance(hip=5, chest=1, head=Head(lean=-4, eyes="happy", mouth="laugh"), left=up, right=up,
+                   feet=(Foot(19, "heel"), Foot(10)), skirt=Skirt((-30, 15), (40, 18)), tails=((10, 30), (16, 27)))
     return one, two, three, four, five, six, seven
 
 
-DOZE = Stance(dip=26, head=Head(lean=6, dy=1, eyes="closed", mouth="sleep"), left=Arm((9, 14), (1, 21), "lap"),
-              right=Arm((9, 14), (1, 21), "lap"), seated=True, skirt=Skirt((-50, 4), (50, 4), 4, 7))
+DOZE = Stance(dip=24, head=Head(lean=11, dx=1, dy=1, eyes="closed", mouth="sleep"), left=Arm((9, 13), (-3, 21), "lap"),
+              right=Arm((9, 13), (-3, 21), "lap"), seated=True, tails=((14, 25), (14, 25)))
 
 CHARACTER = Character(
     identifier="thumka",
     grid=(WIDTH, HEIGHT),
     ground=(MIDDLE, FLOOR + 1),
     moves={"blink.png": [(45, 38, 80, 53)], "idle-breathe.png": [(0, 0, WIDTH, 130)]},
-    stray=24,
+    stray=26,
     manifest=Manifest(
         name="Thumka",
         role="Now playing",

@@ -32,6 +32,8 @@ class Character:
     footing      how many pixels of the lowest row must at least be covered
     airborne     files that do not touch the ground
     manifest     a pack's manifest, or None for a built-in character
+    places       what the program draws over the art: name -> a named tuple in art pixels, y down;
+                 written beside the pictures as places.json
     """
 
     identifier: str
@@ -45,6 +47,7 @@ class Character:
     footing: int = 8
     airborne: tuple = ()
     manifest: Manifest = None
+    places: dict = field(default_factory=dict)
 
     def manifest_json(self):
         """The pack's manifest as a dictionary, in the order in which the fields are documented."""

@@ -42,6 +42,7 @@ RAMPS = {
     "sage":    _ramp("1a332f 2f5a4d 457a6b 72a68c b2d8b0"),
     "slate":   _ramp("1e2240 35426c 4f639a 8094c0 bccadc"),
     "khaki":   _ramp("3c2c1c 75603c a48c58 c9b37c ead9a8"),
+    "brick":   _ramp("43161a 7e3029 ae4e38 cb7150 e9a27c"),
 }
 
 RAMP_NAMES = list(RAMPS)
