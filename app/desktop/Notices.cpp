@@ -52,8 +52,8 @@ void Notices::showNext() {
     ControlNotice notice;
     notice.text = waiting_.front();
     notice.lifetime = noticeLifetime;
-    controlBubble_->setDialoguePalette(
-        DialoguePalette::forAccent(active->companion().manifest.accent, applicationTheme()));
+    controlBubble_->setTranslucent(services_.system.hasCompositor());
+    controlBubble_->setAccent(active->companion().manifest.accent);
     controlBubble_->setNotice(notice);
     const FellowCore::BubblePlacement place = placement(*active);
     waiting_.pop_front();

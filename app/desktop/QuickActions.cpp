@@ -59,8 +59,8 @@ void QuickActions::present(DesktopCharacter& character) {
     const bool wasOpen = character_ == &character;
     character_ = &character;
     QuickActionsPanel& shown = panel();
-    shown.setDialoguePalette(
-        DialoguePalette::forAccent(character.companion().manifest.accent, applicationTheme()));
+    shown.setTranslucent(services_.system.hasCompositor());
+    shown.setAccent(character.companion().manifest.accent);
     shown.setContent(content(character));
     const FellowCore::BubblePlacement place = placement();
     if (!place.canPresent) {

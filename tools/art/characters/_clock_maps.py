@@ -5,62 +5,63 @@ from kit import BASE, HIGHLIGHT, LIGHT, LINE, SHADOW
 OPEN_SHUTTER = """
 T...
 Tt..
-Htt.
+Ttt.
 Tddd
-Httt
+Tttt
 Tddd
-Httt
+Tttt
 Tddd
-Httt
+Tttt
 Tddd
-Httt
+Tttt
 Tddd
-Httt
+Tttt
 Tddd
-Httt
+Tttt
 .ttd
 ..td
 """
-SHUTTER_KEY = {"H": ("teal", HIGHLIGHT), "T": ("teal", LIGHT), "t": ("teal", BASE), "d": ("teal", SHADOW),
-               "D": ("teal", LINE)}
+SHUTTER_KEY = {"T": ("teal", LIGHT), "t": ("teal", BASE), "d": ("teal", SHADOW)}
 
 # The glint is upper left in both eyes, so the map is not mirrored.
 EYES = {
     "open": """
-..kkkkk..
-.kkkkkkk.
-kkwwwkkkk
-kwwwwkkkk
-kwwwkkkkk
-kkwkkkkkk
-kkkkkkkkk
-kkkkkkkkk
-kkkkkkkdk
-.kkkkkddk
-.kkkkddk.
-..kkkkk..
+...kkkkk...
+..kkkkkkk..
+.kkkkkkkkk.
+kkwwwkkkkkk
+kwwwwkkkkkk
+kwwwwkkkkkk
+kkwwkkkkkkk
+kkkkkkkkkkk
+kkkkkkkkddk
+kkkkkkkdddk
+.kkkkkkddk.
+..kkkkkkk..
+...kkkkk...
 """,
     "happy": """
-.........
-.........
-.........
-...kkk...
-..kkkkk..
-.kkk.kkk.
-kkk...kkk
-kk.....kk
-.........
+...........
+...........
+...........
+....kkk....
+...kkkkk...
+..kkk.kkk..
+.kkk...kkk.
+.kk.....kk.
+...........
 """,
     "closed": """
-.........
-.........
-.........
-.........
-.........
-k.......k
-kk.....kk
-.kkk.kkk.
-..kkkkk..
+...........
+...........
+...........
+...........
+...........
+...........
+k.........k
+kk.......kk
+.kkkkkkkkk.
+...kkkkk...
 """,
 }
 EYE_KEY = {"k": ("ink", LINE), "w": ("white", HIGHLIGHT), "d": ("wood", BASE)}

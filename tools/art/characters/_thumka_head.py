@@ -119,8 +119,10 @@ def draw_front_hair(canvas, head):
             corner(part, 28)]
     right = [corner(part, 14.6), (76, 17.4), (85.4, 28), (87.4, 42), corner(84.5, 53), (81, 46), (77 + head.turn * 0.6, 36),
              corner(part, 28)]
-    for points in (left, right):
-        hair(canvas, head, points)
+    for points, strand in ((left, [(57, 21), (49, 25), (43.5, 33), (41, 43)]),
+                           (right, [(67, 21), (75, 25), (80.5, 33), (83, 43)])):
+        wing = hair(canvas, head, points)
+        canvas.line(head.held(moved(strand, head.turn * 0.5)), "jet", SHADOW, within=wing)
     for y in range(17, 28, 2):
         canvas.stamp(*head.mark(61 + head.turn, y), "Hb\nHb", ANKLET_KEY)
     canvas.put_map(*head.mark(59 + head.turn, 28), "..bb..\n.HbbB.\nHbrrBd\n.brrd.\n..Bd..", {

@@ -1,5 +1,5 @@
 """Ghanta Ghar the clock tower: brick and sandstone, a bell under its dome, windows for eyes."""
-from kit import BASE, HIGHLIGHT, LIGHT, SHADOW, Canvas, Character, Manifest, corner, mirrored, turned
+from kit import BASE, LIGHT, SHADOW, Canvas, Character, Manifest, corner, mirrored, turned
 from kit.shapes import shifted
 
 import numpy as np
@@ -12,7 +12,7 @@ FLOOR = 197  # the contour adds the last row above the ground line at 198
 
 # The dials, empty of hands, as (column, row, radius inside the ticks) in whole pixels from the upper left:
 # the column and row are those of the pixel in the dial's very middle, about which the hands turn.
-LARGE_DIAL = (62, 155, 15)
+LARGE_DIAL = (62, 155, 16)
 LEFT_DIAL = (18, 155, 6)
 RIGHT_DIAL = (106, 155, 6)
 
@@ -79,7 +79,7 @@ def draw_bell(canvas, swing):
     hook = (MIDDLE, 42)
     (clapper_x, clapper_y), = turned([(MIDDLE, 65.5)], swing * 0.6, hook)
     clapper = canvas.ellipse(clapper_x, clapper_y, 3, 3)
-    canvas.put(clapper, "steel", canvas.sphere(clapper_x, clapper_y, 3))
+    canvas.put(clapper, "steel", canvas.slope(-0.08, 0, 0.5 + 0.08 * clapper_x))
     bell = canvas.blob(turned([(62.5, 45.5), (67, 46.5), (69.5, 50), (70.5, 56), corner(75.5, 62), corner(75, 64),
                                corner(50, 64), corner(49.5, 62), (54.5, 56), (55.5, 50), (58, 46.5)], swing, hook))
     (x, _), = turned([(MIDDLE, 56)], swing, hook)
@@ -172,7 +172,7 @@ def draw_body(canvas):
 def draw_head(canvas):
     """The sandstone stage that has the face, between two slim brick columns."""
     head = canvas.box(32, 75, 93, 123)
-    canvas.put(head, "stone", canvas.cylinder(24, 96), thresholds=(0.26, 0.5, 2))
+    canvas.put(head, "stone", canvas.cylinder(24, 96), thresholds=(0.3, 0.62, 2))
     for left in (31, 89):
         column = canvas.box(left, 76, left + 5, 121)
         canvas.put(column, "brick", canvas.cylinder(left - 1, left + 6), thresholds=(0.3, 0.6, 0.95))
@@ -194,7 +194,7 @@ def draw_face(canvas, eyes, mouth):
             shut_window(canvas, pane, column + 0.5)
         else:
             canvas.put_map(column + 9 if flip else column - 12, 87, OPEN_SHUTTER, SHUTTER_KEY, flip=flip, cast=(1, 1))
-        canvas.stamp(column - 4, 88, EYES[eyes], EYE_KEY)
+        canvas.stamp(column - 5, 88, EYES[eyes], EYE_KEY)
     canvas.stamp(55, 110, mouth, FACE_KEY)
     for column in (40, 77):
         canvas.stamp(column, 109, CHEEK, FACE_KEY)
@@ -242,7 +242,7 @@ def draw_tick(canvas, dial, hour, large):
     """One hour's mark, mirrored exactly from quarter to quarter; the quarters' are longer and red."""
     column, row, free = dial
     across, down = np.sin(hour * np.pi / 6), -np.cos(hour * np.pi / 6)
-    distance = free + (2 if hour % 3 == 0 and large else 1)
+    distance = free + (2 if large and hour % 3 == 0 else 1)
     middle_x, middle_y = column + round(across * distance), row + round(down * distance)
     if hour % 3 == 0:
         reach_x, reach_y = (1, 1) if large else (abs(round(across)), abs(round(down)))

@@ -174,7 +174,7 @@ def draw_skirt(canvas, stance):
     """The ghagra: pleated, with a gold border at the hem."""
     mask = spread_skirt(canvas, stance) if stance.seated else hanging_skirt(canvas, stance)
     light = pleated_light(canvas, mask, stance.skirt.pleats)
-    canvas.put(mask, "rose", light, thresholds=(0.26, 0.74, 1.04), cast=(1, 3))
+    canvas.put(mask, "rose", light, thresholds=(0.26, 0.82, 1.05), cast=(1, 3))
     border = mask & ~shifted(mask, 0, -7)
     gold = mask & ~shifted(mask, 0, -5)
     canvas.paint(border, "rose", SHADOW)
@@ -301,7 +301,7 @@ def draw_braid(canvas, stance):
         canvas.put(bead, "jet", canvas.sphere(*centre, 6, 5), thresholds=(0.2, 0.5, 0.9), cast=(1, 1))
     tassel = canvas.blob([(centre[0], centre[1] + 1), (centre[0] + 3, centre[1] + 5), (centre[0] + 3, centre[1] + 11),
                           (centre[0] - 3, centre[1] + 11), (centre[0] - 3, centre[1] + 5)])
-    canvas.put(tassel, "rose", canvas.inflated(tassel, 4), bias=1)
+    canvas.put(tassel, "rose", canvas.inflated(tassel, 4), highest=LIGHT)
 
 
 # The poses ------------------------------------------------------------------------------------------------
