@@ -28,15 +28,16 @@ EYES = {
     "open": """
 ...kkkkk...
 ..kkkkkkk..
+.kkwwkkkkk.
+.kwwwkkkkk.
+.kwwwkkkkk.
+.kkwkkkkkk.
 .kkkkkkkkk.
-kkwwwkkkkkk
-kwwwwkkkkkk
-kwwwwkkkkkk
-kkwwkkkkkkk
-kkkkkkkkkkk
-kkkkkkkkddk
-kkkkkkkdddk
+.kkkkkkkkk.
+.kkkkkkkkk.
+.kkkkkkkdk.
 .kkkkkkddk.
+..kkkkddk..
 ..kkkkkkk..
 ...kkkkk...
 """,
@@ -83,5 +84,5 @@ CHEEK = """
 cccccccc
 .cccccc.
 """
-FACE_KEY = {"k": ("maroon", LINE), "m": ("maroon", BASE), "r": ("maroon", HIGHLIGHT), "W": ("white", HIGHLIGHT),
-            "b": ("stone", BASE), "c": ("brick", LIGHT)}
+FACE_KEY = {"k": ("maroon", LINE), "m": ("maroon", BASE), "r": ("maroon", HIGHLIGHT),
+            "W": ("white", HIGHLIGHT), "b": ("stone", BASE), "c": ("brick", LIGHT)}

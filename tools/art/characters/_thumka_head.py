@@ -5,7 +5,7 @@ from kit import BASE, HIGHLIGHT, LIGHT, LINE, SHADOW, corner, mirrored, moved
 from kit.palette import RAMP_NAMES
 from kit.shapes import beside
 
-from ._thumka_maps import (ANKLET_KEY, BROW, EARRING, EYE_KEY, EYES, GLINTS, MARIGOLD, MARIGOLD_KEY, MOUTH_KEY,
+from ._thumka_maps import (ANKLET_KEY, BROW, EARRING, EYE_KEY, EYES, GLINT, MARIGOLD, MARIGOLD_KEY, MOUTH_KEY,
                            MOUTHS)
 
 WIDTH = 124
@@ -65,14 +65,14 @@ def hair(canvas, head, points, thresholds=(0.3, 0.74, 0.965)):
 
 def draw_back_hair(canvas, head):
     """What is combed back behind the ears."""
-    hair(canvas, head, [(62, 16), (76, 19), (85, 29), (87, 42), (84.5, 55), (78, 62), (62, 64), (46, 62), (39.5, 55),
-                        (37, 42), (39, 29), (48, 19)])
+    hair(canvas, head, [(62, 16), (76, 19), (85, 29), (87, 42), (84.5, 55), (78, 62), (62, 64), (46, 62),
+                        (39.5, 55), (37, 42), (39, 29), (48, 19)])
 
 
 def draw_hair_from_behind(canvas, head):
     """The parting over the crown, and the hair gathered to the nape."""
-    for points in ([corner(62, 14.6), (76, 17.4), (85.4, 28), (87.4, 43), (81, 56), corner(66, 66), corner(62, 66)],
-                   [corner(62, 14.6), (48, 17.4), (38.6, 28), (36.6, 43), (43, 56), corner(58, 66), corner(62, 66)]):
+    half = [corner(62, 14.6), (76, 17.4), (85.4, 28), (87.4, 43), (81, 56), corner(66, 66), corner(62, 66)]
+    for points in (half, mirrored(half, WIDTH)):
         hair(canvas, head, points)
     for points in ([(50, 34), (53, 48), (59, 61)], [(74, 34), (71, 48), (65, 61)]):
         canvas.line(head.held(points), "jet", LINE)
@@ -86,8 +86,8 @@ def draw_face_form(canvas, head):
         (ear_x, ear_y), = head.held([(x, 53)])
         ear = canvas.ellipse(ear_x, ear_y, 3.4, 5)
         canvas.put(ear, "skin", canvas.sphere(ear_x, ear_y, 3.4, 5))
-    form = canvas.blob(head.held([(62, 26), (75.5, 29), (82, 39), (82.4, 50), (78.5, 59.5), (70.5, 66.6), (62, 69),
-                                  (53.5, 66.6), (45.5, 59.5), (41.6, 50), (42, 39), (48.5, 29)]))
+    form = canvas.blob(head.held([(62, 26), (75.5, 29), (82, 39), (82.4, 50), (78.5, 59.5), (70.5, 66.6),
+                                  (62, 69), (53.5, 66.6), (45.5, 59.5), (41.6, 50), (42, 39), (48.5, 29)]))
     (x, y), = head.held([(61, 47)])
     light = canvas.sphere(x, y, 26, 28) * 0.6 + canvas.cylinder(x - 25, x + 27) * 0.4
     canvas.put(form, "skin", light, thresholds=(0.28, 0.54, 0.94), cast=(1, 3))
@@ -99,13 +99,12 @@ def draw_face(canvas, head):
     for x, flip in ((47, False), (69, True)):
         x, y = head.mark(x + turn, 43)
         canvas.stamp(x, y, EYES[head.eyes], EYE_KEY, flip)
-        if head.eyes in GLINTS:
-            glint_x, glint_y = GLINTS[head.eyes]
-            canvas.stamp(x + glint_x - (1 if flip else 0), y + glint_y, "ww\nww", EYE_KEY)
+        if head.eyes == "open":
+            canvas.stamp(x + GLINT[0] - (1 if flip else 0), y + GLINT[1], "ww\nww", EYE_KEY)
         canvas.stamp(x - (1 if flip else 0), y - 5, BROW, {"k": ("ink", SHADOW)}, flip)
     canvas.stamp(*head.mark(61 + turn, 37), "rr\nrr\nrr", {"r": ("maroon", BASE)})
     canvas.stamp(*head.mark(61 + turn, 52), "..d\n.dd", {"d": ("skin", SHADOW)})
-    canvas.stamp(*head.mark(64 + turn, 53), ".h.\nh.b\nbbb", {"h": ("brass", HIGHLIGHT), "b": ("brass", BASE)})
+    canvas.stamp(*head.mark(64 + turn, 53), ".H.\nH.B\nBBB", ANKLET_KEY)
     canvas.stamp(*head.mark(56 + turn, 58), MOUTHS[head.mouth], MOUTH_KEY)
     for x, flip in ((44, False), (74, True)):
         if abs(x + 3 + turn - MIDDLE) < 19:
@@ -115,10 +114,11 @@ def draw_face(canvas, head):
 def draw_front_hair(canvas, head):
     """Two smooth wings from the parting, and the jewel that hangs in it."""
     part = MIDDLE + head.turn
-    left = [corner(part, 14.6), (48, 17.4), (38.6, 28), (36.6, 42), corner(39.5, 53), (43, 46), (47 + head.turn * 0.6, 36),
-            corner(part, 28)]
-    right = [corner(part, 14.6), (76, 17.4), (85.4, 28), (87.4, 42), corner(84.5, 53), (81, 46), (77 + head.turn * 0.6, 36),
-             corner(part, 28)]
+    temple = head.turn * 0.6
+    left = [corner(part, 14.6), (48, 17.4), (38.6, 28), (36.6, 42), corner(39.5, 53), (43, 46),
+            (47 + temple, 36), corner(part, 28)]
+    right = [corner(part, 14.6), (76, 17.4), (85.4, 28), (87.4, 42), corner(84.5, 53), (81, 46),
+             (77 + temple, 36), corner(part, 28)]
     for points, strand in ((left, [(57, 21), (49, 25), (43.5, 33), (41, 43)]),
                            (right, [(67, 21), (75, 25), (80.5, 33), (83, 43)])):
         wing = hair(canvas, head, points)

@@ -16,16 +16,6 @@ kkkkkkkk
 ..kkkddk
 ...kddk.
 """,
-    "half": """
-........
-........
-..kkkkkk
-kkkkkkkk
-.kkkkkkk
-..kkkkkk
-..kkkddk
-...kddk.
-""",
     "closed": """
 ........
 ........
@@ -47,7 +37,7 @@ k......k
 ........
 """,
 }
-GLINTS = {"open": (3, 1), "half": (3, 3)}
+GLINT = (3, 1)
 EYE_KEY = {"k": ("ink", LINE), "w": ("white", HIGHLIGHT), "d": ("wood", BASE)}
 BROW = """
 ...kkkkk.

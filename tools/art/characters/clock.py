@@ -1,8 +1,8 @@
 """Ghanta Ghar the clock tower: brick and sandstone, a bell under its dome, windows for eyes."""
+import numpy as np
+
 from kit import BASE, LIGHT, SHADOW, Canvas, Character, Manifest, corner, mirrored, turned
 from kit.shapes import shifted
-
-import numpy as np
 
 from ._clock_maps import CHEEK, EYE_KEY, EYES, FACE_KEY, LAUGH, OPEN_SHUTTER, SHUTTER_KEY, SMILE
 
@@ -80,19 +80,22 @@ def draw_bell(canvas, swing):
     (clapper_x, clapper_y), = turned([(MIDDLE, 65.5)], swing * 0.6, hook)
     clapper = canvas.ellipse(clapper_x, clapper_y, 3, 3)
     canvas.put(clapper, "steel", canvas.slope(-0.08, 0, 0.5 + 0.08 * clapper_x))
-    bell = canvas.blob(turned([(62.5, 45.5), (67, 46.5), (69.5, 50), (70.5, 56), corner(75.5, 62), corner(75, 64),
-                               corner(50, 64), corner(49.5, 62), (54.5, 56), (55.5, 50), (58, 46.5)], swing, hook))
+    outline = [(62.5, 45.5), (67, 46.5), (69.5, 50), (70.5, 56), corner(75.5, 62), corner(75, 64),
+               corner(50, 64), corner(49.5, 62), (54.5, 56), (55.5, 50), (58, 46.5)]
+    bell = canvas.blob(turned(outline, swing, hook))
     (x, _), = turned([(MIDDLE, 56)], swing, hook)
     canvas.put(bell, "brass", canvas.cylinder(x - 13, x + 12), thresholds=(0.34, 0.6, 0.87))
     for row in (60.5, 51.5):
-        canvas.line(turned([(47, row), (62, row + 0.4), (78, row)], swing, hook), "brass", SHADOW, within=bell)
+        ring = turned([(47, row), (62, row + 0.4), (78, row)], swing, hook)
+        canvas.line(ring, "brass", SHADOW, within=bell)
 
 
 def draw_belfry(canvas):
     """Two pillars, and between them an arch of three scallops."""
     pillar = [(37, 45), (44, 45), (44, 76), (37, 76)]
     for left, points in zip((37, 81), both_sides(pillar)):
-        canvas.put(canvas.polygon(points), "stone", canvas.cylinder(left - 1, left + 8), thresholds=(0.3, 0.6, 0.93))
+        light = canvas.cylinder(left - 1, left + 8)
+        canvas.put(canvas.polygon(points), "stone", light, thresholds=(0.3, 0.6, 0.93))
     for left in (35, 80):
         foot = canvas.box(left, 69, left + 10, 74)
         canvas.put(foot, "white", canvas.cylinder(left - 1, left + 11), thresholds=(0.3, 0.6, 0.95))
@@ -193,7 +196,8 @@ def draw_face(canvas, eyes, mouth):
         if eyes == "closed":
             shut_window(canvas, pane, column + 0.5)
         else:
-            canvas.put_map(column + 9 if flip else column - 12, 87, OPEN_SHUTTER, SHUTTER_KEY, flip=flip, cast=(1, 1))
+            x = column + 9 if flip else column - 12
+            canvas.put_map(x, 87, OPEN_SHUTTER, SHUTTER_KEY, flip=flip, cast=(1, 1))
         canvas.stamp(column - 5, 88, EYES[eyes], EYE_KEY)
     canvas.stamp(55, 110, mouth, FACE_KEY)
     for column in (40, 77):
@@ -202,19 +206,20 @@ def draw_face(canvas, eyes, mouth):
 
 def pointed_arch(canvas, x, top, half_width, bottom):
     """The shape of a pointed window."""
-    half = [corner(x, top), (x + half_width * 0.7, top + 4), (x + half_width, top + 10), corner(x + half_width, bottom)]
+    half = [corner(x, top), (x + half_width * 0.7, top + 4), (x + half_width, top + 10),
+            corner(x + half_width, bottom)]
     return canvas.blob(half + [(2 * x - point[0],) + tuple(point[1:]) for point in half[:0:-1]])
 
 
 def draw_window(canvas, x):
-    """A moulded frame on a sill, and the pane, lit from inside; returns the pane's mask."""
+    """A moulded frame on a sill, and the pane, warm with lamplight; returns the pane's mask."""
     frame = pointed_arch(canvas, x, 79.5, 8.6, 104)
     canvas.put(frame, "white", canvas.cylinder(x - 12, x + 10), thresholds=(0.3, 0.56, 0.9))
     sill = canvas.box(x - 9.5, 103, x + 9.5, 106)
     canvas.put(sill, "white", canvas.cylinder(x - 14, x + 12), thresholds=(0.3, 0.56, 0.9))
     pane = pointed_arch(canvas, x, 83, 6.6, 102)
-    canvas.put(pane, "white", canvas.even(1), cast=None)
-    canvas.paint(pane & ~shifted(pane, 1, 2), "white", LIGHT)
+    canvas.put(pane, "stone", canvas.even(1), cast=None)
+    canvas.paint(pane & ~shifted(pane, 1, 2), "stone", LIGHT)
     return pane
 
 
@@ -229,7 +234,8 @@ def shut_window(canvas, pane, x):
 def draw_dial(canvas, dial, face, bezel):
     """A white dial in a brass rim, with ticks and no hands."""
     x, y = dial[0] + 0.5, dial[1] + 0.5
-    canvas.put(canvas.ellipse(x, y, bezel), "brass", canvas.sphere(x, y, bezel * 1.05), thresholds=(0.36, 0.6, 0.86))
+    light = canvas.sphere(x, y, bezel * 1.05)
+    canvas.put(canvas.ellipse(x, y, bezel), "brass", light, thresholds=(0.36, 0.6, 0.86))
     disc = canvas.ellipse(x, y, face)
     canvas.put(disc, "white", canvas.even(1), cast=None)
     canvas.paint(disc & ~canvas.ellipse(x + 1, y + 1.5, face), "white", LIGHT)
@@ -257,4 +263,8 @@ def draw_tick(canvas, dial, hour, large):
 
 def poses():
     """File name -> picture."""
-    return {"idle.png": draw(), "blink.png": draw(eyes="closed"), "ring.png": draw(eyes="happy", ringing=True)}
+    return {
+        "idle.png": draw(),
+        "blink.png": draw(eyes="closed"),
+        "ring.png": draw(eyes="happy", ringing=True),
+    }

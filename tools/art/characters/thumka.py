@@ -1,15 +1,15 @@
 """Thumka the folk dancer: a rose ghagra, a mustard dupatta over her elbows, bells at her ankles."""
-from dataclasses import dataclass, field, replace
+from dataclasses import dataclass, replace
 
 import numpy as np
 from scipy import ndimage
 
-from kit import BASE, HIGHLIGHT, LIGHT, LINE, SHADOW, Canvas, Character, Manifest, corner
+from kit import BASE, HIGHLIGHT, LIGHT, SHADOW, Canvas, Character, Manifest, corner, moved
 from kit.light import lambert
 from kit.palette import RAMP_NAMES
 from kit.shapes import shifted
 
-from ._thumka_head import CHIN, MIDDLE, WIDTH, Head, draw_head
+from ._thumka_head import MIDDLE, WIDTH, Head, draw_head
 from ._thumka_maps import ANKLE, ANKLET, ANKLET_KEY, FEET, HANDS, NAMASTE, SKIN_KEY
 
 HEIGHT = 151
@@ -21,7 +21,7 @@ SKIN_LIGHT = (0.38, 0.6, 0.93)
 
 @dataclass(frozen=True)
 class Arm:
-    """Elbow and wrist as (outward, down) from the shoulder, and the hand's name (or None: drawn elsewhere)."""
+    """Elbow and wrist as (outward, down) from the shoulder; the hand's name, or None."""
 
     elbow: tuple = (13, 13)
     wrist: tuple = (3, 21)
@@ -46,7 +46,7 @@ class Skirt:
     left: tuple = (-31, 15)
     right: tuple = (31, 15)
     sag: float = 4
-    pleats: int = 6
+    pleats: int = 5
 
 
 @dataclass(frozen=True)
@@ -121,7 +121,8 @@ def draw_foot(canvas, side, foot, knee_x):
     flip = (side == RIGHT) != foot.inward
     ankle_x = MIDDLE + side * foot.out
     top = FLOOR - len(rows) - foot.lift
-    shin = canvas.polygon([(knee_x - 3, 114), (knee_x + 3, 114), (ankle_x + 3, top + 1), (ankle_x - 3, top + 1)])
+    shin = canvas.polygon([(knee_x - 3, 114), (knee_x + 3, 114), (ankle_x + 3, top + 1),
+                           (ankle_x - 3, top + 1)])
     canvas.put(shin, "skin", canvas.cylinder(ankle_x - 4, ankle_x + 4), thresholds=(0.3, 0.56, 0.95))
     left = ankle_x - (width - ANKLE if flip else ANKLE)
     canvas.put_map(left, top, "\n".join(rows), SKIN_KEY, flip=flip)
@@ -136,7 +137,7 @@ def pleated_light(canvas, mask, pleats):
     across = np.clip((columns - left) / np.maximum(right - left, 1) * 2 - 1, -1, 1)
     depth = np.sqrt(np.maximum(1 - across**2, 0.03))
     drum = lambert(across * 0.95, np.full_like(across, -0.15), depth)
-    return drum + 0.13 * np.sin((across + 1) * np.pi * pleats)
+    return drum + 0.12 * np.sin((across + 1) * np.pi * pleats)
 
 
 def dyed(canvas, mask, ramp):
@@ -173,13 +174,13 @@ def spread_skirt(canvas, stance):
 def draw_skirt(canvas, stance):
     """The ghagra: pleated, with a gold border at the hem."""
     mask = spread_skirt(canvas, stance) if stance.seated else hanging_skirt(canvas, stance)
-    light = pleated_light(canvas, mask, stance.skirt.pleats)
+    light, plain_light = (pleated_light(canvas, mask, pleats) for pleats in (stance.skirt.pleats, 0))
     canvas.put(mask, "rose", light, thresholds=(0.26, 0.82, 1.05), cast=(1, 3))
     border = mask & ~shifted(mask, 0, -7)
     gold = mask & ~shifted(mask, 0, -5)
     canvas.paint(border, "rose", SHADOW)
     dyed(canvas, gold, "mustard")
-    canvas.level[gold] = np.clip(2 + (light > 0.26).astype(int) + (light > 0.74) - (light < 0.12), SHADOW, HIGHLIGHT)[gold]
+    canvas.level[gold] = (BASE + sum((plain_light > step).astype(int) for step in (0.36, 0.78)))[gold]
 
 
 # Body -------------------------------------------------------------------------------------------------
@@ -191,20 +192,19 @@ def draw_torso(canvas, stance):
     midriff = canvas.polygon([(x - 10.5, 88 + y), (x + 10.5, 88 + y), (waist_x + 11, waist_y + 1),
                               (waist_x - 11, waist_y + 1)])
     canvas.put(midriff, "skin", canvas.cylinder(x - 15, x + 14), thresholds=(0.34, 0.58, 0.97))
-    neck = canvas.polygon([(x - 5.5, 64 + y), (x + 5.5, 64 + y), (x + 6, 73 + y), (x + 13, 77 + y), (x + 8, 84 + y),
-                           (x - 8, 84 + y), (x - 13, 77 + y), (x - 6, 73 + y)])
+    neck = canvas.polygon([(x - 5.5, 64 + y), (x + 5.5, 64 + y), (x + 6, 73 + y), (x + 13, 77 + y),
+                           (x + 8, 84 + y), (x - 8, 84 + y), (x - 13, 77 + y), (x - 6, 73 + y)])
     canvas.put(neck, "skin", canvas.even(0.5), cast=None)
-    blouse = canvas.blob([corner(x - 13, 75 + y), corner(x - 8, 74 + y), (x - 5, 80 + y), (x, 82.5 + y), (x + 5, 80 + y),
-                          corner(x + 8, 74 + y), corner(x + 13, 75 + y), (x + 13.5, 82 + y), corner(x + 11.5, 92 + y),
-                          (x, 93 + y), corner(x - 11.5, 92 + y), (x - 13.5, 82 + y)])
+    blouse = canvas.blob(moved([corner(-13, 75), corner(-8, 74), (-5, 80), (0, 82.5), (5, 80), corner(8, 74),
+                                corner(13, 75), (13.5, 82), corner(11.5, 92), (0, 93), corner(-11.5, 92),
+                                (-13.5, 82)], x, y))
     canvas.put(blouse, "teal", canvas.cylinder(x - 17, x + 15), thresholds=(0.3, 0.5, 0.88))
     canvas.paint(blouse & ~shifted(blouse, 0, -2), "mustard", LIGHT)
     if stance.head.from_behind:
         return
     for reach, drop in ((6, 79), (8, 85)):
-        beads = [(x - reach, 74 + y), (x - reach + 2, drop - 2 + y), (x, drop + y), (x + reach - 2, drop - 2 + y),
-                 (x + reach, 74 + y)]
-        canvas.line(beads, "brass", LIGHT, within=neck | blouse)
+        beads = [(-reach, 74), (-reach + 2, drop - 2), (0, drop), (reach - 2, drop - 2), (reach, 74)]
+        canvas.line(moved(beads, x, y), "brass", LIGHT, within=neck | blouse)
 
 
 def draw_belt(canvas, stance):
@@ -217,7 +217,8 @@ def draw_belt(canvas, stance):
 
 def draw_arm(canvas, stance, side, arm):
     """A bare arm in a short sleeve, the forearm with its bangles, and the hand."""
-    start, elbow, wrist = shoulder(stance, side), joint(stance, side, arm.elbow), joint(stance, side, arm.wrist)
+    start = shoulder(stance, side)
+    elbow, wrist = joint(stance, side, arm.elbow), joint(stance, side, arm.wrist)
     upper, lower = canvas.stroke([start, elbow], [8.5, 7.5]), canvas.stroke([elbow, wrist], [7.5, 6])
     canvas.put(upper | lower, "skin", canvas.inflated(upper | lower, 5), thresholds=SKIN_LIGHT)
     middle = tuple(a * 0.45 + b * 0.55 for a, b in zip(start, elbow))
@@ -246,7 +247,8 @@ def draw_bangles(canvas, elbow, wrist, forearm):
     along = np.subtract(wrist, elbow)
     along = along / np.hypot(*along)
     for distance, ramp, level in ((3, "maroon", LIGHT), (4.5, "brass", HIGHLIGHT), (6, "maroon", LIGHT)):
-        ring = canvas.where(lambda x, y: abs((wrist[0] - x) * along[0] + (wrist[1] - y) * along[1] - distance) < 0.75)
+        ring = canvas.where(lambda x, y: abs((wrist[0] - x) * along[0] + (wrist[1] - y) * along[1]
+                                             - distance) < 0.75)
         canvas.paint(ring & forearm, ramp, level)
 
 
@@ -294,13 +296,11 @@ def draw_dupatta_tail(canvas, start, end):
 def draw_braid(canvas, stance):
     """A plait down the back with a tassel, swung to one side."""
     x, y = MIDDLE + stance.chest, stance.dip
-    previous = (x, 64 + y)
     for step in range(6):
         centre = (x + stance.braid * (step / 6) ** 1.5, 67 + y + step * 5.5)
         bead = canvas.ellipse(*centre, 4.6 - step * 0.25, 4)
         canvas.put(bead, "jet", canvas.sphere(*centre, 6, 5), thresholds=(0.2, 0.5, 0.9), cast=(1, 1))
-    tassel = canvas.blob([(centre[0], centre[1] + 1), (centre[0] + 3, centre[1] + 5), (centre[0] + 3, centre[1] + 11),
-                          (centre[0] - 3, centre[1] + 11), (centre[0] - 3, centre[1] + 5)])
+    tassel = canvas.blob(moved([(0, 1), (3, 5), (3, 11), (-3, 11), (-3, 5)], *centre))
     canvas.put(tassel, "rose", canvas.inflated(tassel, 4), highest=LIGHT)
 
 
@@ -312,9 +312,9 @@ IDLE = Stance(left=Arm((13, 10), (2, 19), "hip"), right=Arm((12, 13), (16, 26), 
 def mirrored_stance(stance, head):
     """The same step to the other side; the head is given, since its flower does not change sides."""
     skirt = stance.skirt
-    return replace(stance, hip=-stance.hip, chest=-stance.chest, head=head, left=stance.right, right=stance.left,
-                   feet=stance.feet[::-1], tails=stance.tails[::-1],
-                   skirt=replace(skirt, left=(-skirt.right[0], skirt.right[1]), right=(-skirt.left[0], skirt.left[1])))
+    skirt = replace(skirt, left=(-skirt.right[0], skirt.right[1]), right=(-skirt.left[0], skirt.left[1]))
+    return replace(stance, hip=-stance.hip, chest=-stance.chest, head=head, left=stance.right,
+                   right=stance.left, feet=stance.feet[::-1], skirt=skirt, tails=stance.tails[::-1])
 
 
 def dance():
@@ -323,7 +323,8 @@ def dance():
     low = Arm((15, 9), (27, 13), "wing")
     folded = Arm((13, 12), (-8, 11), None)
     one = Stance(hip=-7, chest=-2, dip=1, head=Head(lean=5, dx=1, mouth="laugh"), left=low, right=up,
-                 feet=(Foot(13), Foot(21, "toe")), skirt=Skirt((-43, 19), (27, 13)), tails=((12, 29), (14, 30)))
+                 feet=(Foot(13), Foot(21, "toe")), skirt=Skirt((-43, 19), (27, 13)),
+                 tails=((12, 29), (14, 30)))
     two = Stance(dip=4, head=Head(dy=1, eyes="happy"), left=folded, right=folded, namaste=True,
                  feet=(Foot(14), Foot(14)), skirt=Skirt((-35, 13), (35, 13)), tails=((9, 30), (9, 30)))
     three = mirrored_stance(one, Head(lean=-5, dx=-1, mouth="laugh"))
@@ -332,17 +333,21 @@ def dance():
                   skirt=Skirt((-47, 27), (36, 16)), tails=((22, 22), (4, 30)))
     five = Stance(head=Head(from_behind=True), lift=1, left=Arm((16, 2), (27, -10), "lotus"),
                   right=Arm((16, 2), (27, -10), "lotus"), feet=(Foot(7), Foot(9, "toe")),
-                  skirt=Skirt((-50, 25), (50, 25), 9, 8), tails=((24, 20), (24, 20)), braid=9)
+                  skirt=Skirt((-50, 25), (50, 25), 9, 7), tails=((24, 20), (24, 20)), braid=9)
     six = Stance(hip=-3, chest=-3, head=Head(turn=-6, lean=-2), left=Arm((16, 5), (29, 0), "wing"),
                  right=Arm((15, 4), (22, -12), "thread"), feet=(Foot(6), Foot(15, "toe", 5)),
                  skirt=Skirt((-36, 16), (47, 27)), tails=((4, 30), (22, 22)))
     seven = Stance(hip=5, chest=1, head=Head(lean=-4, eyes="happy", mouth="laugh"), left=up, right=up,
-                   feet=(Foot(19, "heel"), Foot(10)), skirt=Skirt((-30, 15), (40, 18)), tails=((10, 30), (16, 27)))
+                   feet=(Foot(19, "heel"), Foot(10)), skirt=Skirt((-30, 15), (40, 18)),
+                   tails=((10, 30), (16, 27)))
     return one, two, three, four, five, six, seven
 
 
-DOZE = Stance(dip=24, head=Head(lean=11, dx=1, dy=1, eyes="closed", mouth="sleep"), left=Arm((9, 13), (-3, 21), "lap"),
-              right=Arm((9, 13), (-3, 21), "lap"), seated=True, tails=((14, 25), (14, 25)))
+DOZE = Stance(dip=24, head=Head(lean=11, dx=1, dy=1, eyes="closed", mouth="sleep"),
+              left=Arm((9, 13), (-3, 21), "lap"), right=Arm((9, 13), (-3, 21), "lap"), seated=True,
+              tails=((14, 25), (14, 25)))
+
+POSES = ("idle", "idle-breathe", "blink", *(f"dance-{step}" for step in range(1, 8)), "doze")
 
 CHARACTER = Character(
     identifier="thumka",
@@ -353,8 +358,7 @@ CHARACTER = Character(
     manifest=Manifest(
         name="Thumka",
         role="Now playing",
-        poses={name: f"{name}.png" for name in ("idle", "idle-breathe", "blink", *(f"dance-{n}" for n in range(1, 8)),
-                                                "doze")},
+        poses={name: f"{name}.png" for name in POSES},
         face=(MIDDLE, 50),
         accent=(0.77, 0.27, 0.47),
         behaviours=("idle", "blink"),

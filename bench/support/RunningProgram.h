@@ -1,0 +1,45 @@
+#pragma once
+
+#include "bench/support/TemporaryHome.h"
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+
+namespace Bench {
+
+using Time = std::chrono::steady_clock::time_point;
+
+double millisecondsBetween(Time start, Time end);
+
+/// What all threads of a process have used since it began.
+struct Usage {
+    std::uint64_t processorNanoseconds = 0;
+    std::uint64_t wakeups = 0; ///< voluntary context switches: each time a thread had slept and went on
+};
+
+/// A `deskfellow` without sound in a home of its own, ended with this object.
+class RunningProgram {
+public:
+    RunningProgram(const std::filesystem::path& program, const TemporaryHome& home);
+    ~RunningProgram();
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+
+    pid_t pid() const { return pid_; }
+    /// The moment before the system was asked to run it.
+    Time started() const { return started_; }
+
+    /// From /proc/PID/task/*/schedstat and status. A thread that ends between two looks takes its share with it.
+    Usage usage() const;
+    /// One entry of /proc/PID/smaps_rollup ("Pss"), in megabytes of 1024 times 1024 bytes.
+    double memory(const char* entry) const;
+
+private:
+    pid_t pid_ = 0;
+    Time started_;
+};
+
+} // namespace Bench
