@@ -9,12 +9,13 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <cstdio>
 #include <stdexcept>
 
 namespace {
 
 constexpr double processorBudgetPercent = 0;
-constexpr double wakeupBudget = 1; ///< a second
+constexpr double stillWakeupBudget = 1; ///< a second, while nothing blinks
 constexpr int settlingSeconds = 4;
 constexpr int seconds = 60;
 constexpr int quickSeconds = 10;
@@ -27,8 +28,12 @@ void waitFor(int duration) {
 }
 
 struct Idle {
-    double processorPercent; ///< of one processor
-    double wakeups;          ///< a second
+    double elapsed;               ///< seconds
+    double processorMilliseconds; ///< of all threads
+    double wakeups;
+
+    double processorPercent() const { return processorMilliseconds / 10 / elapsed; }
+    double wakeupsPerSecond() const { return wakeups / elapsed; }
 };
 
 Idle measure(const Bench::Options& options) {
@@ -42,25 +47,32 @@ Idle measure(const Bench::Options& options) {
     waitFor(options.quick ? quickSeconds : seconds);
     const Bench::Usage after = program.usage();
     const double elapsed = Bench::millisecondsBetween(start, std::chrono::steady_clock::now()) / 1000;
-    const auto used = static_cast<double>(after.processorNanoseconds - before.processorNanoseconds) / 1e9;
-    return {100 * used / elapsed, static_cast<double>(after.wakeups - before.wakeups) / elapsed};
+    return {elapsed, static_cast<double>(after.processorNanoseconds - before.processorNanoseconds) / 1e6,
+            static_cast<double>(after.wakeups - before.wakeups)};
+}
+
+void report(Bench::Figures& figures, const std::string& what, const Idle& idle,
+            std::optional<double> wakeupBudget) {
+    figures.add({what + ": processor", {idle.processorPercent()}, "%", processorBudgetPercent});
+    figures.add({what + ": wake-ups", {idle.wakeupsPerSecond()}, "/s", wakeupBudget, 2});
+    char text[80];
+    std::snprintf(text, sizeof text, "%.1f ms of processor time in %.0f s", idle.processorMilliseconds,
+                  idle.elapsed);
+    figures.note(text);
 }
 
 int run(int count, char** values) {
     const Bench::Options options(count, values);
     const QCoreApplication application(count, values);
     Bench::Figures figures;
-    const Idle blinking = measure(options);
-    figures.add({"idle, three characters blinking: processor", {blinking.processorPercent}, "%", processorBudgetPercent});
-    figures.add({"idle, three characters blinking: wake-ups", {blinking.wakeups}, "/s", {}, 2});
+    report(figures, "idle, three characters blinking", measure(options), {});
 
     Bench::SettingsPortal portal;
     const Idle still = measure(options);
     if (!portal.wasAsked()) {
         throw std::runtime_error("the program did not ask the settings portal, so motion was not reduced");
     }
-    figures.add({"idle, motion reduced: processor", {still.processorPercent}, "%", processorBudgetPercent});
-    figures.add({"idle, motion reduced: wake-ups", {still.wakeups}, "/s", wakeupBudget, 2});
+    report(figures, "idle, motion reduced", still, stillWakeupBudget);
     return figures.status();
 }
 

@@ -54,7 +54,7 @@ void TimerFile::setAside(const std::string& reason) {
 void TimerFile::save(const FellowCore::FocusTimer& timer) {
     if (store_) {
         services_.saver.save(
-            name_ + " could not save its timer",
+            store_->url().string(), name_ + " could not save its timer",
             [store = *store_, text = FellowCore::FocusTimerStore::encoded(timer)] { store.write(text); });
     }
 }

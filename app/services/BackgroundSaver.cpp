@@ -10,32 +10,32 @@ BackgroundSaver::BackgroundSaver(Failure onFailure)
 
 BackgroundSaver::~BackgroundSaver() { flush(); }
 
-void BackgroundSaver::save(const std::string& failure, std::function<void()> write) {
+void BackgroundSaver::save(const std::string& store, const std::string& failure, std::function<void()> write) {
     {
         const std::lock_guard lock(mutex_);
-        const bool isWaiting = latest_.contains(failure);
-        latest_[failure] = std::move(write);
+        const bool isWaiting = latest_.contains(store);
+        latest_[store] = {failure, std::move(write)};
         if (isWaiting) {
             return;
         }
     }
-    queue_.post([this, failure] { writeLatest(failure); });
+    queue_.post([this, store] { writeLatest(store); });
 }
 
 void BackgroundSaver::flush() { queue_.drain(); }
 
-void BackgroundSaver::writeLatest(const std::string& failure) {
-    std::function<void()> write;
+void BackgroundSaver::writeLatest(const std::string& store) {
+    Waiting latest;
     {
         const std::lock_guard lock(mutex_);
-        const auto found = latest_.find(failure);
-        write = std::move(found->second);
+        const auto found = latest_.find(store);
+        latest = std::move(found->second);
         latest_.erase(found);
     }
     try {
-        write();
+        latest.write();
     } catch (const std::exception& error) {
-        onFailure_(failure + ": " + error.what());
+        onFailure_(latest.failure + ": " + error.what());
     }
 }
 

@@ -21,18 +21,24 @@ public:
     /// Writes what still waits.
     ~BackgroundSaver();
 
-    /// `failure` names the store and is the sentence to begin with should it fail ("Batti could not save its timer").
-    /// `write` runs on the queue and may throw what derives from `std::exception`; it owns all it needs.
-    void save(const std::string& failure, std::function<void()> write);
+    /// `store` tells one store from another, as the path of its file does. `failure` is the sentence to begin with
+    /// should the save fail ("Batti could not save its timer"). `write` runs on the queue and may throw what derives
+    /// from `std::exception`; it owns all it needs.
+    void save(const std::string& store, const std::string& failure, std::function<void()> write);
     /// Blocks until nothing waits.
     void flush();
 
 private:
-    void writeLatest(const std::string& failure);
+    struct Waiting {
+        std::string failure;
+        std::function<void()> write;
+    };
+
+    void writeLatest(const std::string& store);
 
     Failure onFailure_;
     std::mutex mutex_;
-    std::map<std::string, std::function<void()>> latest_;
+    std::map<std::string, Waiting> latest_; ///< by store
     SerialQueue queue_; ///< last, so that it ends before what its work uses
 };
 

@@ -32,7 +32,8 @@ void PreferencesKeeper::saveNow() {
         return;
     }
     changed_ = false;
-    saver_.save("Deskfellow could not save its settings", [file = file_, document = values_.document()] { file.save(document); });
+    saver_.save(file_.path().string(), "Deskfellow could not save its settings",
+                [file = file_, document = values_.document()] { file.save(document); });
 }
 
 } // namespace DeskSprites

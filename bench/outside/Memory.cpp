@@ -59,7 +59,8 @@ int run(int count, char** values) {
     figures.add({"memory, three characters: proportional set", three.proportional, "MB", budgetMegabytes});
     figures.add({"memory, three characters: shared with no one", three.own, "MB", {}});
     if (others > 0) {
-        figures.note(std::to_string(others) + " other programs share the toolkit's pages, so this is less than alone");
+        figures.note(std::to_string(others) +
+                     " other programs share the toolkit's pages, so this is less than alone");
     }
     return figures.status();
 }

@@ -4,6 +4,8 @@
 #include "bench/support/Figures.h"
 #include "bench/support/Options.h"
 
+#include <optional>
+
 namespace {
 
 constexpr double budgetMilliseconds = 60;
@@ -19,10 +21,14 @@ struct Start {
 Start measure(const Bench::Options& options, const std::vector<std::string>& onScreen) {
     Start start;
     const int count = options.quick ? quickRounds : rounds;
+    std::optional<Bench::TemporaryHome> home;
     for (int round = -1; round < count; ++round) {
-        const Bench::TemporaryHome home(onScreen);
+        if (!home || onScreen.empty()) {
+            home.emplace(
+                onScreen); // a new user's home is new each time; another one keeps what was saved there
+        }
         Bench::CharacterWatch watch;
-        const Bench::RunningProgram program(options.program, home);
+        const Bench::RunningProgram program(options.program, *home);
         const auto seen = watch.wait(onScreen.empty() ? 1 : onScreen.size());
         if (round < 0) {
             continue; // this one warmed the caches

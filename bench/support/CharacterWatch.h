@@ -15,7 +15,8 @@ struct Appearance {
     Time drawn;  ///< its picture had been seen to hold art: transparent pixels as well as opaque ones
 };
 
-/// Looks at the X server for the windows of characters: those that no window manager places and that have alpha.
+/// Looks at the X server for the windows of characters: those that no window manager places and that have
+/// alpha.
 class CharacterWatch {
 public:
     CharacterWatch();
@@ -23,9 +24,9 @@ public:
     CharacterWatch(const CharacterWatch&) = delete;
     CharacterWatch& operator=(const CharacterWatch&) = delete;
 
-    /// Waits until so many characters that were not there before have been drawn, and returns them in the order of
-    /// being drawn. Throws when that takes longer than ten seconds. Once a window shows it is looked at every 0.2 ms,
-    /// a row and a column of it, so the answer is late by at most that and a request.
+    /// Waits until so many characters that were not there before have been drawn, and returns them in the
+    /// order of being drawn. Throws when that takes longer than ten seconds. Once a window shows it is looked
+    /// at every 0.2 ms, a row and a column of it, so the answer is late by at most that and a request.
     std::vector<Appearance> wait(std::size_t count);
 
 private:

@@ -32,7 +32,8 @@ public:
     /// The moment before the system was asked to run it.
     Time started() const { return started_; }
 
-    /// From /proc/PID/task/*/schedstat and status. A thread that ends between two looks takes its share with it.
+    /// From /proc/PID/task/*/schedstat and status. A thread that ends between two looks takes its share with
+    /// it.
     Usage usage() const;
     /// One entry of /proc/PID/smaps_rollup ("Pss"), in megabytes of 1024 times 1024 bytes.
     double memory(const char* entry) const;

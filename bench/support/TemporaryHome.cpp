@@ -25,8 +25,7 @@ std::filesystem::path newFolder() {
 } // namespace
 
 TemporaryHome::TemporaryHome(const std::vector<std::string>& onScreen)
-    : path_(newFolder()),
-      folders_({path_, path_ / "data", std::nullopt, path_ / "config", std::nullopt}) {
+    : path_(newFolder()), folders_({path_, path_ / "data", std::nullopt, path_ / "config", std::nullopt}) {
     if (!onScreen.empty()) {
         FellowCore::PosixFileOperations files;
         FellowCore::MemoryPreferences preferences;
@@ -41,7 +40,8 @@ TemporaryHome::~TemporaryHome() {
 }
 
 std::vector<std::string> TemporaryHome::environment() const {
-    std::vector<std::string> variables{"HOME=" + path_.string(), "XDG_CONFIG_HOME=" + (path_ / "config").string(),
+    std::vector<std::string> variables{"HOME=" + path_.string(),
+                                       "XDG_CONFIG_HOME=" + (path_ / "config").string(),
                                        "XDG_DATA_HOME=" + (path_ / "data").string()};
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string_view variable = *entry;

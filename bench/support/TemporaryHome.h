@@ -8,8 +8,8 @@
 
 namespace Bench {
 
-/// A user's home of its own, removed at the end. The cache is not part of it: it stays the caller's, because what is
-/// measured is a program that the machine has run before.
+/// A user's home of its own, removed at the end. The cache is not part of it: it stays the caller's, because
+/// what is measured is a program that the machine has run before.
 class TemporaryHome {
 public:
     /// With these characters on the desktop, or, without any, as a new user's.

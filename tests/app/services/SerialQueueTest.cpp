@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <chrono>
 #include <latch>
 #include <memory>
 #include <numeric>
@@ -47,6 +48,7 @@ TEST(SerialQueueTest, DrainWaitsForWorkThatHasBegunAndForWhatItHolds) {
         EXPECT_TRUE(watched.expired()) << "what the work owns must be gone when drain returns";
         drained = true;
     });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
     EXPECT_FALSE(drained);
     mayEnd.count_down();
     waiting.join();
