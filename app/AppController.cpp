@@ -27,7 +27,8 @@ namespace {
 constexpr std::string_view battiID = "batti";
 constexpr std::size_t buildFileLimit = 64U << 10U;
 
-FellowCore::CharacterBuildPolicy readPolicy(FellowCore::FileOperations& files, const std::filesystem::path& resources) {
+FellowCore::CharacterBuildPolicy readPolicy(FellowCore::FileOperations& files,
+                                            const std::filesystem::path& resources) {
     try {
         return FellowCore::CharacterBuildPolicy::fromBuildJson(
             FellowCore::readWholeFile(files, resources / "build.json", buildFileLimit));
@@ -77,8 +78,8 @@ void AppController::applicationDidFinishLaunching(const QStringList& arguments) 
 }
 
 void AppController::buildCharacters() {
-    const Roster roster(surroundings_.resources, readPolicy(files_, surroundings_.resources), Platform::decodePng,
-                        [](const std::string& line) { qWarning("%s", line.c_str()); });
+    const Roster roster(surroundings_.resources, readPolicy(files_, surroundings_.resources),
+                        Platform::decodePng, [](const std::string& line) { qWarning("%s", line.c_str()); });
     for (const Companion& companion : roster.allCases()) {
         if (companion.pack) {
             makeCharacter(companion);
@@ -249,8 +250,9 @@ void AppController::handleControlEvent(const QString& url) {
     }
     if (link.host() == QLatin1String("settings")) {
         const bool isGeneral = subject == "general";
-        openLibrary(subject.empty() ? std::nullopt
-                                    : std::optional(isGeneral ? LibraryWindowController::generalPane : subject));
+        openLibrary(subject.empty()
+                        ? std::nullopt
+                        : std::optional(isGeneral ? LibraryWindowController::generalPane : subject));
     } else if (link.host() == QLatin1String("select")) {
         select(subject);
     } else if (link.host() == QLatin1String("bring")) {

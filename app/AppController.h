@@ -33,14 +33,16 @@ struct AppSurroundings {
     InterfaceAudio::Playback playback = InterfaceAudio::Playback::audible;
 };
 
-/// The one long-lived owner: it makes everything in order, carries out what the user and the system ask for, and ends
-/// everything in order. Each operation asks and tells; what stands behind it has an object of its own.
+/// The one long-lived owner: it makes everything in order, carries out what the user and the system ask for,
+/// and ends everything in order. Each operation asks and tells; what stands behind it has an object of its
+/// own.
 class AppController final : public DesktopCommands {
 public:
     AppController(Platform::System& system, AppSurroundings surroundings);
     ~AppController() override;
 
-    /// From here to the first character on the screen. `arguments` are the command line without the program's name.
+    /// From here to the first character on the screen. `arguments` are the command line without the program's
+    /// name.
     void applicationDidFinishLaunching(const QStringList& arguments);
     /// Saves everything and leaves the desktop. Called once, whatever ends the program.
     void applicationWillTerminate();

@@ -27,7 +27,8 @@ CommandLine::CommandLine(const QStringList& arguments) {
     static const QSet<QString> known{QStringLiteral("--library"), QStringLiteral("--controls"),
                                      QStringLiteral("--toggle"), QStringLiteral("--swap-back"),
                                      QStringLiteral("--quit")};
-    const QString mute = QString::fromUtf8(InterfaceAudio::muteSwitch.data(), InterfaceAudio::muteSwitch.size());
+    const QString mute =
+        QString::fromUtf8(InterfaceAudio::muteSwitch.data(), InterfaceAudio::muteSwitch.size());
     for (const QString& argument : arguments) {
         if (argument == QLatin1String("--help")) {
             answer = usage;

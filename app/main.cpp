@@ -24,7 +24,8 @@ FellowCore::SupportFolders readFolders() {
                                        folderFrom("XDG_RUNTIME_DIR")});
 }
 
-/// An installation and a build tree have the same layout: bin, share/deskfellow and lib/deskfellow side by side.
+/// An installation and a build tree have the same layout: bin, share/deskfellow and lib/deskfellow side by
+/// side.
 DeskSprites::AppSurroundings surroundings(const DeskSprites::CommandLine& commandLine) {
     const std::filesystem::path program = QCoreApplication::applicationFilePath().toStdString();
     const std::filesystem::path root = program.parent_path().parent_path();

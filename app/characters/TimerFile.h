@@ -15,15 +15,15 @@ enum class TimerRules {
     batti, ///< a running phase comes back paused
 };
 
-/// One character's timer on disk as its controller uses it: loaded once, saved in the background, and never at the
-/// cost of a file that this program could not read.
+/// One character's timer on disk as its controller uses it: loaded once, saved in the background, and never
+/// at the cost of a file that this program could not read.
 class TimerFile {
 public:
     /// Makes the character's folder. Without it nothing is loaded or saved.
     TimerFile(const FellowCore::CharacterManifest& manifest, DesktopServices& services);
 
-    /// The saved timer, or nothing when there is none. A file that cannot be understood is moved aside, one that cannot
-    /// be read is left alone and not written either.
+    /// The saved timer, or nothing when there is none. A file that cannot be understood is moved aside, one
+    /// that cannot be read is left alone and not written either.
     std::optional<FellowCore::FocusTimer> load(TimerRules rules, FellowCore::Instant at);
     void save(const FellowCore::FocusTimer& timer);
 

@@ -17,7 +17,8 @@ Arrangement::Arrangement(CharacterStage& stage, DesktopPlacement& placement, Des
 
 ArrangeLayout::Edge Arrangement::edge() const {
     const auto saved = services_.preferences.string(Keys::arrangeEdge);
-    return (saved ? ArrangeLayout::edgeFromRawValue(*saved) : std::nullopt).value_or(ArrangeLayout::Edge::right);
+    return (saved ? ArrangeLayout::edgeFromRawValue(*saved) : std::nullopt)
+        .value_or(ArrangeLayout::Edge::right);
 }
 
 void Arrangement::arrange(ArrangeLayout::Edge edge, CompactChange compact) {
@@ -67,7 +68,8 @@ void Arrangement::fitSizes(const std::vector<DesktopCharacter*>& standing, Arran
     }
     const std::vector<double> heights = ArrangeLayout::fittedHeights(metrics, edge, visible);
     for (std::size_t i = 0; i < standing.size(); ++i) {
-        // Snapping to the nearest crisp height could push the row off the screen; the next smaller one cannot.
+        // Snapping to the nearest crisp height could push the row off the screen; the next smaller one
+        // cannot.
         const double height = standing[i]->crispVisibleHeightAtMost(heights[i]);
         services_.preferences.setNumber(Keys::arrangeHeight(standing[i]->identifier()), height);
         placement_.applyDesktopHeight(*standing[i]);
@@ -83,8 +85,8 @@ void Arrangement::step() {
     const double share = ArrangeLayout::progress(elapsed, ArrangeLayout::animationDuration);
     for (const Move& move : moves_) {
         const Rect frame = move.character->geometry().frame;
-        move.character->moveWindow(frame.at(
-            {move.from.x + (move.to.x - move.from.x) * share, move.from.y + (move.to.y - move.from.y) * share}));
+        move.character->moveWindow(frame.at({move.from.x + (move.to.x - move.from.x) * share,
+                                             move.from.y + (move.to.y - move.from.y) * share}));
     }
 }
 

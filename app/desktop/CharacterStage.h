@@ -11,8 +11,8 @@
 
 namespace DeskSprites {
 
-/// Everyone who can stand on the desktop, and the host that says who does. Characters are made once and live as long
-/// as this.
+/// Everyone who can stand on the desktop, and the host that says who does. Characters are made once and live
+/// as long as this.
 class CharacterStage {
 public:
     explicit CharacterStage(DesktopServices& services);

@@ -9,8 +9,8 @@
 
 namespace DeskSprites {
 
-/// Wraps a character's runtime so that it can be rested: while paused, a small panel with its still artwork stands in
-/// its place.
+/// Wraps a character's runtime so that it can be rested: while paused, a small panel with its still artwork
+/// stands in its place.
 class ControlledRuntime final : public FellowCore::CharacterRuntime {
 public:
     /// The resting character was clicked.

@@ -12,22 +12,22 @@
 
 namespace DeskSprites {
 
-using FellowCore::DesktopSize::clamped;
 using FellowCore::ManifestCharacterLayout;
 using FellowCore::Point;
 using FellowCore::Rect;
 using FellowCore::Sizing;
+using FellowCore::DesktopSize::clamped;
 using Platform::ScreenInfo;
 
 namespace {
 
-constexpr double firstInsetFromRight = 45;  ///< where a character stands before it was ever placed
+constexpr double firstInsetFromRight = 45; ///< where a character stands before it was ever placed
 constexpr double firstInsetFromBottom = 32;
 constexpr FellowCore::Seconds frameSaveSpacing = 1.0;
 constexpr double nearly = 1e-6; ///< what a division of whole numbers may be off by
 
-/// `visible` widened by the transparent rim of the window, so that keeping the window inside it keeps the art inside
-/// `visible`.
+/// `visible` widened by the transparent rim of the window, so that keeping the window inside it keeps the art
+/// inside `visible`.
 Rect roomForWindow(const Rect& visible, FellowCore::Size window, const Rect& art) {
     return {visible.x - art.minX(), visible.y - art.minY(), visible.width + window.width - art.width,
             visible.height + window.height - art.height};
@@ -82,7 +82,8 @@ QImage DesktopCharacter::portrait() const {
 CharacterGeometry DesktopCharacter::geometry() const {
     const Rect frame = surface_->frame();
     const ManifestCharacterLayout& layout = view_->layout();
-    return {frame, layout.visible.translated(frame.x, frame.y), layout.anchorRect(), frame.y + faceHeight(layout)};
+    return {frame, layout.visible.translated(frame.x, frame.y), layout.anchorRect(),
+            frame.y + faceHeight(layout)};
 }
 
 std::vector<Rect> DesktopCharacter::obstacles() const {
@@ -95,9 +96,8 @@ std::optional<ScreenInfo> DesktopCharacter::screen() const {
         return std::nullopt;
     }
     const Rect frame = surface_->frame();
-    const auto most = std::ranges::max_element(screens, {}, [&frame](const ScreenInfo& info) {
-        return info.visibleFrame.sharedArea(frame);
-    });
+    const auto most = std::ranges::max_element(
+        screens, {}, [&frame](const ScreenInfo& info) { return info.visibleFrame.sharedArea(frame); });
     return *most; // the main screen comes first, so it wins when none shares anything
 }
 
@@ -106,9 +106,8 @@ std::optional<ScreenInfo> DesktopCharacter::screenAt(Point point) const {
     if (screens.empty()) {
         return std::nullopt;
     }
-    const auto found = std::ranges::find_if(screens, [point](const ScreenInfo& info) {
-        return info.frame.contains(point);
-    });
+    const auto found =
+        std::ranges::find_if(screens, [point](const ScreenInfo& info) { return info.frame.contains(point); });
     return found == screens.end() ? screens.front() : *found;
 }
 
@@ -120,7 +119,8 @@ double DesktopCharacter::crispVisibleHeight(double height) const {
     const auto& grid = art().manifest().grid;
     const FellowCore::ArtPixelGrid pixels(
         FellowCore::Size{static_cast<double>(grid.width), static_cast<double>(grid.height)});
-    return pixels.snappedVisibleHeight(height, art().scaleReferenceHeight() / grid.height, surface_->backingScale());
+    return pixels.snappedVisibleHeight(height, art().scaleReferenceHeight() / grid.height,
+                                       surface_->backingScale());
 }
 
 double DesktopCharacter::crispVisibleHeightAtMost(double height) const {
@@ -211,7 +211,8 @@ void DesktopCharacter::restoreSizeAndFrame() {
     const std::vector<ScreenInfo> screens = services_.system.screens().all();
     if (!screens.empty()) {
         const Rect& visible = screens.front().visibleFrame;
-        moveWindow(own.at({visible.maxX() - firstInsetFromRight - own.width, visible.minY() + firstInsetFromBottom}));
+        moveWindow(own.at(
+            {visible.maxX() - firstInsetFromRight - own.width, visible.minY() + firstInsetFromBottom}));
     }
 }
 

@@ -118,8 +118,9 @@ private:
     std::unique_ptr<Platform::DesktopSurface> surface_;
     double visibleHeight_ = 320;
     FellowCore::Sizing sizing_ = FellowCore::Sizing::snapped;
-    FellowCore::Point resizeFoot_;  ///< where the foot stood before windows' whole points rounded it
-    FellowCore::Rect resizedFrame_; ///< the frame that came of it; `resizeFoot_` holds while the window stands there
+    FellowCore::Point resizeFoot_; ///< where the foot stood before windows' whole points rounded it
+    FellowCore::Rect
+        resizedFrame_; ///< the frame that came of it; `resizeFoot_` holds while the window stands there
     std::optional<FellowCore::MonotonicInstant> lastFrameSave_;
     bool shown_ = false;
 };

@@ -52,7 +52,8 @@ void DesktopPlacement::setDesktopHeight(DesktopCharacter& character, double heig
     } else {
         services_.preferences.remove(Keys::arrangeHeight(character.identifier()));
     }
-    services_.preferences.setNumber(Keys::desktopHeight(character.identifier()), DesktopSize::clamped(height));
+    services_.preferences.setNumber(Keys::desktopHeight(character.identifier()),
+                                    DesktopSize::clamped(height));
     applyDesktopHeight(character);
     recordDesktopAnchor(character, FrameSave::forced);
     character.saveFrame(FrameSave::forced);
@@ -114,8 +115,9 @@ void DesktopPlacement::placeBeside(DesktopCharacter& newcomer, const DesktopChar
         const double room = size.height * scale - 2 * DesktopSize::windowPadding;
         setDesktopHeight(newcomer, std::max(room, DesktopSize::smallestHeight));
     }
-    const FellowCore::Rect frame = FellowCore::DesktopNeighbours::frame(
-        newcomer.geometry().frame.size(), beside.geometry().frame, visible, FellowCore::DesktopNeighbours::standardGap);
+    const FellowCore::Rect frame =
+        FellowCore::DesktopNeighbours::frame(newcomer.geometry().frame.size(), beside.geometry().frame,
+                                             visible, FellowCore::DesktopNeighbours::standardGap);
     // Both windows have a rim of their own; what must agree is the line on which the feet stand.
     const Point foot = FellowCore::DesktopLayout::anchor(frame, newcomer.geometry().foot);
     newcomer.place({foot.x, beside.anchor().y});

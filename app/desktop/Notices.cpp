@@ -73,8 +73,8 @@ FellowCore::BubblePlacement Notices::placement(const DesktopCharacter& character
         avoiding.insert(avoiding.end(), more.begin(), more.end());
     }
     return FellowCore::BubblePlacement::resolve(stands.artwork, stands.faceY,
-                                                screen ? screen->visibleFrame : stands.artwork, size, size.height / 2,
-                                                std::nullopt, bubbleGap, avoiding);
+                                                screen ? screen->visibleFrame : stands.artwork, size,
+                                                size.height / 2, std::nullopt, bubbleGap, avoiding);
 }
 
 } // namespace DeskSprites

@@ -11,8 +11,8 @@
 
 namespace DeskSprites {
 
-/// Sentences the user should know, one at a time, in a bubble beside the active character. Each is also written to the
-/// log, so that none is lost where nobody stands on the desktop.
+/// Sentences the user should know, one at a time, in a bubble beside the active character. Each is also
+/// written to the log, so that none is lost where nobody stands on the desktop.
 class Notices {
 public:
     /// Frames that a notice keeps clear of besides the other characters.

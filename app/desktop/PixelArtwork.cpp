@@ -6,7 +6,8 @@
 namespace DeskSprites {
 
 QImage PixelArtwork::image(const FellowCore::PixelImage& source) {
-    const QImage view(source.rgba.data(), source.width, source.height, source.width * 4, QImage::Format_RGBA8888);
+    const QImage view(source.rgba.data(), source.width, source.height, source.width * 4,
+                      QImage::Format_RGBA8888);
     return view.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
@@ -15,11 +16,13 @@ QImage PixelArtwork::scaled(const QImage& art, QSize device) {
         return {};
     }
     const auto multiple = [](int wanted, int native) { return (wanted + native - 1) / native; };
-    const int factor = std::max(multiple(device.width(), art.width()), multiple(device.height(), art.height()));
+    const int factor =
+        std::max(multiple(device.width(), art.width()), multiple(device.height(), art.height()));
     const QImage enlarged =
         factor == 1 ? art : art.scaled(art.size() * factor, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    return enlarged.size() == device ? enlarged
-                                     : enlarged.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return enlarged.size() == device
+               ? enlarged
+               : enlarged.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QRectF PixelArtwork::aligned(const QRectF& rect, double backingScale) {

@@ -81,8 +81,8 @@ void QuickActions::present(DesktopCharacter& character) {
 }
 
 void QuickActions::watchPresses() {
-    // The panel has no keyboard that it could lose, so a click into another program is noticed only this way. Presses
-    // in our own panels and menus are theirs.
+    // The panel has no keyboard that it could lose, so a click into another program is noticed only this way.
+    // Presses in our own panels and menus are theirs.
     services_.system.presses().setOnPress([this](FellowCore::Point press) {
         const QPoint place = Platform::toQt(press);
         const QWidgetList windows = QApplication::topLevelWidgets();

@@ -11,18 +11,20 @@
 
 namespace DeskSprites {
 
-/// The panel of quick actions beside the character that was clicked: opened, kept up to date, moved along and closed.
+/// The panel of quick actions beside the character that was clicked: opened, kept up to date, moved along and
+/// closed.
 class QuickActions {
 public:
     /// Opened by the user, or closed; not on updates.
     std::function<void()> onOpened;
     std::function<void()> onClosed;
 
-    QuickActions(CharacterStage& stage, CharacterMenus& menus, DesktopCommands& commands, DesktopServices& services);
+    QuickActions(CharacterStage& stage, CharacterMenus& menus, DesktopCommands& commands,
+                 DesktopServices& services);
     ~QuickActions();
 
-    /// Opens the panel beside a character, in place of another that is open. Where no place is clear the character's
-    /// menu opens instead, so that nothing is out of reach.
+    /// Opens the panel beside a character, in place of another that is open. Where no place is clear the
+    /// character's menu opens instead, so that nothing is out of reach.
     void present(DesktopCharacter& character);
     /// Closes the panel if it belongs to this character, else opens it.
     void toggle(DesktopCharacter& character);

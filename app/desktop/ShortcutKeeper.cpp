@@ -41,8 +41,9 @@ std::optional<QString> ShortcutKeeper::registerHotKey() {
         return std::nullopt; // the user cleared it
     }
     if (shortcuts_.grab(shortcutName, wanted) == ShortcutResult::taken) {
-        return QCoreApplication::translate("ShortcutKeeper", "Another program already uses %1, so it does not "
-                                                             "show and hide Deskfellow.")
+        return QCoreApplication::translate("ShortcutKeeper",
+                                           "Another program already uses %1, so it does not "
+                                           "show and hide Deskfellow.")
             .arg(wanted.label());
     }
     return std::nullopt;

@@ -14,8 +14,8 @@ class ShortcutKeeper {
 public:
     ShortcutKeeper(FellowCore::Preferences& preferences, Platform::GlobalShortcuts& shortcuts);
 
-    /// Asks for the saved combination, or the standard one when none was ever chosen. A sentence when the user should
-    /// know that it was refused.
+    /// Asks for the saved combination, or the standard one when none was ever chosen. A sentence when the
+    /// user should know that it was refused.
     std::optional<QString> registerHotKey();
     /// Takes another combination; the old one stays when the answer is not `registered`.
     Platform::ShortcutResult change(const Platform::KeyCombination& combination, const QString& label);

@@ -11,8 +11,8 @@
 
 namespace DeskSprites {
 
-/// A height being chosen with a slider: the character follows smoothly while it is held and settles on a crisp height
-/// when it is let go.
+/// A height being chosen with a slider: the character follows smoothly while it is held and settles on a
+/// crisp height when it is let go.
 class SizeSlider {
 public:
     /// The height was committed.

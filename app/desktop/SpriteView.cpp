@@ -10,8 +10,8 @@ namespace DeskSprites {
 
 namespace {
 
-constexpr double dragThreshold = 4;      ///< points the pointer may tremble within a click
-constexpr int wheelNotch = 120;          ///< Qt's eighths of a degree
+constexpr double dragThreshold = 4;       ///< points the pointer may tremble within a click
+constexpr int wheelNotch = 120;           ///< Qt's eighths of a degree
 constexpr std::size_t cachedPictures = 4; ///< a pose, its blink, and Batti's lamp over it
 
 } // namespace
@@ -153,7 +153,8 @@ QRectF SpriteView::canvasRect() const {
     const double scale = surface_ ? surface_->backingScale() : 1;
     const QRectF rect(layout_.artwork.x, layout_.size.height - layout_.artwork.maxY(), layout_.artwork.width,
                       layout_.artwork.height);
-    return PixelArtwork::aligned(rect, scale).translated(0, std::round(feedback_.drop() * layout_.unit * scale) / scale);
+    return PixelArtwork::aligned(rect, scale)
+        .translated(0, std::round(feedback_.drop() * layout_.unit * scale) / scale);
 }
 
 void SpriteView::updatePointerRegion() {

@@ -22,7 +22,8 @@ QImage loadLamp(const std::filesystem::path& file, FellowCore::PixelSize size) {
 
 } // namespace
 
-std::array<QImage, 3> loadBattiLamps(const std::filesystem::path& folder, FellowCore::CharacterManifest::Grid grid) {
+std::array<QImage, 3> loadBattiLamps(const std::filesystem::path& folder,
+                                     FellowCore::CharacterManifest::Grid grid) {
     const FellowCore::PixelSize size{grid.width, grid.height};
     return {loadLamp(folder / "batti-lamp-red.png", size), loadLamp(folder / "batti-lamp-amber.png", size),
             loadLamp(folder / "batti-lamp-green.png", size)};

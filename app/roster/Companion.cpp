@@ -41,8 +41,9 @@ Pack loadCustomerIntern(const std::filesystem::path& resources, const FellowCore
 
 Roster::Roster(const std::filesystem::path& resources, const FellowCore::CharacterBuildPolicy& policy,
                const FellowCore::ImageDecoder& decoder, const Log& log) {
-    const std::array builtins{&BuiltinCharacters::batti(), &BuiltinCharacters::nori(), &BuiltinCharacters::mira(),
-                              &BuiltinCharacters::intern(), &BuiltinCharacters::customerIntern()};
+    const std::array builtins{&BuiltinCharacters::batti(), &BuiltinCharacters::nori(),
+                              &BuiltinCharacters::mira(), &BuiltinCharacters::intern(),
+                              &BuiltinCharacters::customerIntern()};
     for (const CharacterManifest* manifest : builtins) {
         if (!policy.includes(manifest->id)) {
             continue;

@@ -11,8 +11,8 @@
 
 namespace DeskSprites {
 
-/// One entry of the roster: who the character is and, when its art is installed, its pictures. Two are equal when
-/// their identifiers are.
+/// One entry of the roster: who the character is and, when its art is installed, its pictures. Two are equal
+/// when their identifiers are.
 struct Companion {
     FellowCore::CharacterManifest manifest;
     std::shared_ptr<const FellowCore::ManifestCharacter> pack; ///< absent when there is no art for it
@@ -28,8 +28,8 @@ class Roster {
 public:
     using Log = std::function<void(const std::string& line)>;
 
-    /// `resources` is the installation's data folder; built-in art stands in its "builtin" folder and packs in
-    /// "characters". What cannot be loaded is told to `log` and left out. Blocks.
+    /// `resources` is the installation's data folder; built-in art stands in its "builtin" folder and packs
+    /// in "characters". What cannot be loaded is told to `log` and left out. Blocks.
     Roster(const std::filesystem::path& resources, const FellowCore::CharacterBuildPolicy& policy,
            const FellowCore::ImageDecoder& decoder, const Log& log);
 

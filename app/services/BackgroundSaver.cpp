@@ -8,9 +8,12 @@ namespace DeskSprites {
 BackgroundSaver::BackgroundSaver(Failure onFailure)
     : onFailure_(std::move(onFailure)), queue_("fellow-save") {}
 
-BackgroundSaver::~BackgroundSaver() { flush(); }
+BackgroundSaver::~BackgroundSaver() {
+    flush();
+}
 
-void BackgroundSaver::save(const std::string& store, const std::string& failure, std::function<void()> write) {
+void BackgroundSaver::save(const std::string& store, const std::string& failure,
+                           std::function<void()> write) {
     {
         const std::lock_guard lock(mutex_);
         const bool isWaiting = latest_.contains(store);
@@ -22,7 +25,9 @@ void BackgroundSaver::save(const std::string& store, const std::string& failure,
     queue_.post([this, store] { writeLatest(store); });
 }
 
-void BackgroundSaver::flush() { queue_.drain(); }
+void BackgroundSaver::flush() {
+    queue_.drain();
+}
 
 void BackgroundSaver::writeLatest(const std::string& store) {
     Waiting latest;

@@ -10,8 +10,8 @@
 
 namespace DeskSprites {
 
-/// Writes stores on a queue, so that saving never holds up the thread that draws. Of several saves of one store that
-/// wait, only the latest is written.
+/// Writes stores on a queue, so that saving never holds up the thread that draws. Of several saves of one
+/// store that wait, only the latest is written.
 class BackgroundSaver {
 public:
     /// Gets "WHAT FAILED: REASON" when a save has failed, on the queue's thread.
@@ -21,9 +21,9 @@ public:
     /// Writes what still waits.
     ~BackgroundSaver();
 
-    /// `store` tells one store from another, as the path of its file does. `failure` is the sentence to begin with
-    /// should the save fail ("Batti could not save its timer"). `write` runs on the queue and may throw what derives
-    /// from `std::exception`; it owns all it needs.
+    /// `store` tells one store from another, as the path of its file does. `failure` is the sentence to begin
+    /// with should the save fail ("Batti could not save its timer"). `write` runs on the queue and may throw
+    /// what derives from `std::exception`; it owns all it needs.
     void save(const std::string& store, const std::string& failure, std::function<void()> write);
     /// Blocks until nothing waits.
     void flush();
@@ -39,7 +39,7 @@ private:
     Failure onFailure_;
     std::mutex mutex_;
     std::map<std::string, Waiting> latest_; ///< by store
-    SerialQueue queue_; ///< last, so that it ends before what its work uses
+    SerialQueue queue_;                     ///< last, so that it ends before what its work uses
 };
 
 } // namespace DeskSprites

@@ -24,7 +24,9 @@ PreferencesKeeper::PreferencesKeeper(FellowCore::FileOperations& files, const st
     };
 }
 
-PreferencesKeeper::~PreferencesKeeper() { saveNow(); }
+PreferencesKeeper::~PreferencesKeeper() {
+    saveNow();
+}
 
 void PreferencesKeeper::saveNow() {
     delay_.stop();

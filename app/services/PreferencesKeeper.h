@@ -11,11 +11,12 @@
 
 namespace DeskSprites {
 
-/// The user's preferences while the program runs: loaded once, changed in memory, written in the background a moment
-/// after the first of a burst of changes, the whole burst at once.
+/// The user's preferences while the program runs: loaded once, changed in memory, written in the background a
+/// moment after the first of a burst of changes, the whole burst at once.
 class PreferencesKeeper {
 public:
-    PreferencesKeeper(FellowCore::FileOperations& files, const std::filesystem::path& path, BackgroundSaver& saver);
+    PreferencesKeeper(FellowCore::FileOperations& files, const std::filesystem::path& path,
+                      BackgroundSaver& saver);
     ~PreferencesKeeper();
 
     FellowCore::Preferences& preferences() { return values_; }

@@ -9,8 +9,8 @@
 
 namespace DeskSprites {
 
-/// Runs work one piece after another on a thread of its own, in the order in which it was posted. The thread starts
-/// with the first piece and sleeps without waking while there is none. Work must not throw.
+/// Runs work one piece after another on a thread of its own, in the order in which it was posted. The thread
+/// starts with the first piece and sleeps without waking while there is none. Work must not throw.
 class SerialQueue {
 public:
     /// `name` is shown by the system's thread list (its first 15 bytes).

@@ -127,7 +127,8 @@ CharacterSettings LibraryBridge::settingsOf(const DesktopCharacter& character) c
     return settings;
 }
 
-std::optional<FellowCore::TimerSettings> LibraryBridge::timerSettingsOf(const DesktopCharacter& character) const {
+std::optional<FellowCore::TimerSettings>
+LibraryBridge::timerSettingsOf(const DesktopCharacter& character) const {
     if (const BattiController* light = batti(); light == &character) {
         return light->timerSession().timer.settings;
     }

@@ -12,7 +12,8 @@ namespace Platform {
 
 X11PointerPresses::X11PointerPresses(const X11Display& display) : display_(display) {
     if (display_.isConnected()) {
-        const xcb_query_extension_reply_t* found = xcb_get_extension_data(display_.connection(), &xcb_input_id);
+        const xcb_query_extension_reply_t* found =
+            xcb_get_extension_data(display_.connection(), &xcb_input_id);
         extension_ = found && found->present ? found->major_opcode : 0;
     }
 }

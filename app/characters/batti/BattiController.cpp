@@ -22,7 +22,7 @@ constexpr double smallestSprite = 120;
 constexpr double largestSprite = 1000;
 constexpr double faceShare = 0.61; ///< of the canvas's height, from its bottom
 constexpr int secondMilliseconds = 1000;
-constexpr double badgeMargin = 2;  ///< points between the badge and the screen's edge
+constexpr double badgeMargin = 2; ///< points between the badge and the screen's edge
 
 double clampedSprite(double height) {
     return std::isfinite(height) ? std::clamp(height, smallestSprite, largestSprite)
@@ -33,7 +33,8 @@ double clampedSprite(double height) {
 
 BattiController::BattiController(Companion companion, std::array<QImage, 3> lamps, DesktopServices& services)
     : DesktopCharacter(std::move(companion), services), lamps_(lamps),
-      sprite_(this->companion().pack, std::move(lamps), services.system.clock()), store_(this->companion().manifest, services) {
+      sprite_(this->companion().pack, std::move(lamps), services.system.clock()),
+      store_(this->companion().manifest, services) {
     if (auto saved = store_.load(TimerRules::batti, now())) {
         timerSession_.timer = *saved;
     }
@@ -162,7 +163,8 @@ FellowCore::BattiTimerPresentation BattiController::timerPresentation() const {
 void BattiController::updateDisplay() {
     const FellowCore::BattiTimerPresentation shown = timerPresentation();
     sprite_.setLight(shown.light, shown.pulses);
-    sprite_.setBadge(QString::fromStdString(FellowCore::timerBadge(timerSession_.timer.timeRemaining(now()))));
+    sprite_.setBadge(
+        QString::fromStdString(FellowCore::timerBadge(timerSession_.timer.timeRemaining(now()))));
     presentationChanged();
 }
 
@@ -246,7 +248,8 @@ double BattiController::faceHeight(const ManifestCharacterLayout& layout) const 
 
 void BattiController::frameChanged() {
     if (const auto info = screen()) {
-        sprite_.setBadgeLift(std::max(0.0, std::ceil(info->visibleFrame.minY() + badgeMargin - surface().frame().y)));
+        sprite_.setBadgeLift(
+            std::max(0.0, std::ceil(info->visibleFrame.minY() + badgeMargin - surface().frame().y)));
     }
 }
 

@@ -13,8 +13,8 @@
 
 namespace DeskSprites {
 
-/// Batti, the focus light: its timer and its lamp. Leaving the desktop and the machine's sleep pause it; nothing but
-/// the user's press resumes it.
+/// Batti, the focus light: its timer and its lamp. Leaving the desktop and the machine's sleep pause it;
+/// nothing but the user's press resumes it.
 class BattiController final : public DesktopCharacter {
 public:
     static constexpr const char* prefix = "sprites.batti.";

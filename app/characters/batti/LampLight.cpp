@@ -13,8 +13,8 @@ using FellowCore::Seconds;
 
 namespace {
 
-/// A paused lamp sinks and rises once in this time and is steady for the rest of it, so that it asks for no attention
-/// and costs next to nothing.
+/// A paused lamp sinks and rises once in this time and is steady for the rest of it, so that it asks for no
+/// attention and costs next to nothing.
 constexpr Seconds pulsePeriod = 4.0;
 constexpr Seconds pulseStep = 0.12;
 constexpr std::array pulseLevels{0.8, 0.62, 0.5, 0.62, 0.8};
@@ -24,7 +24,8 @@ constexpr Seconds tick = 1e-3; ///< past a boundary, so that the next look is su
 double pulse(Seconds elapsed) {
     const Seconds within = std::fmod(elapsed, pulsePeriod) - (pulsePeriod - pulseLength);
     const int step = static_cast<int>(std::floor(within / pulseStep));
-    return step < 0 ? Motion::litBrightness : pulseLevels.at(static_cast<std::size_t>(step) % pulseLevels.size());
+    return step < 0 ? Motion::litBrightness
+                    : pulseLevels.at(static_cast<std::size_t>(step) % pulseLevels.size());
 }
 
 Seconds untilPulseChange(Seconds elapsed) {

@@ -6,8 +6,8 @@
 
 namespace DeskSprites {
 
-/// How brightly Batti's lamp burns at each moment: steady, in a flash when a phase changes or ends, or breathing while
-/// a phase is paused. Pure; it is told the time.
+/// How brightly Batti's lamp burns at each moment: steady, in a flash when a phase changes or ends, or
+/// breathing while a phase is paused. Pure; it is told the time.
 class LampLight {
 public:
     /// No motion at all: the lamp is steady.

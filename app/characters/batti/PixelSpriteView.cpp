@@ -121,10 +121,11 @@ int PixelSpriteView::badgePixel() const {
 QRectF PixelSpriteView::badgeRect() const {
     const int pixel = badgePixel();
     const QSize digits = PixelDigits(PixelDigits::Face::small, pixel).size(badge_);
-    const QSize plate(digits.width() + 2 * badgePadding * pixel, digits.height() + 2 * (badgePadding - 1) * pixel);
+    const QSize plate(digits.width() + 2 * badgePadding * pixel,
+                      digits.height() + 2 * (badgePadding - 1) * pixel);
     const double y = layout().size.height - plate.height() - badgeLift_;
-    return {std::round(layout().ground.x - plate.width() / 2.0), std::round(y), static_cast<double>(plate.width()),
-            static_cast<double>(plate.height())};
+    return {std::round(layout().ground.x - plate.width() / 2.0), std::round(y),
+            static_cast<double>(plate.width()), static_cast<double>(plate.height())};
 }
 
 void PixelSpriteView::drawBadge(QPainter& painter) const {

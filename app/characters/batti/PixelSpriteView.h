@@ -14,14 +14,15 @@
 
 namespace DeskSprites {
 
-/// Batti as it is drawn: the lamp with its light, the other way round when mirrored, and the badge at its feet.
+/// Batti as it is drawn: the lamp with its light, the other way round when mirrored, and the badge at its
+/// feet.
 class PixelSpriteView : public SpriteView {
 public:
     using Light = FellowCore::BattiTimerPresentation::Light;
 
     /// `lamps` are whole-canvas pictures of the lit lens for red, amber and green.
-    PixelSpriteView(std::shared_ptr<const FellowCore::ManifestCharacter> character, std::array<QImage, 3> lamps,
-                    const Platform::Clock& clock);
+    PixelSpriteView(std::shared_ptr<const FellowCore::ManifestCharacter> character,
+                    std::array<QImage, 3> lamps, const Platform::Clock& clock);
 
     void setLight(Light light, bool pulses);
     void setBadge(const QString& badge);

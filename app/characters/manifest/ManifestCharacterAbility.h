@@ -14,8 +14,8 @@
 
 namespace DeskSprites {
 
-/// The job of one manifest character: the one way by which a pack becomes more than a picture that blinks. Every
-/// operation has a default, so an ability writes only what its character does. Main thread only.
+/// The job of one manifest character: the one way by which a pack becomes more than a picture that blinks.
+/// Every operation has a default, so an ability writes only what its character does. Main thread only.
 class ManifestCharacterAbility {
 public:
     virtual ~ManifestCharacterAbility() = default;

@@ -2,7 +2,6 @@
 
 #include "app/characters/TimerPresentation.h"
 
-
 namespace DeskSprites {
 
 using Behaviour = FellowCore::CharacterManifest::Behaviour;
@@ -183,8 +182,7 @@ QString ManifestCharacterController::status() const {
 }
 
 CharacterPresentation ManifestCharacterController::timerPresentation() {
-    CharacterPresentation shown =
-        presentTimer(timer_, timer_.battiPresentation(), now());
+    CharacterPresentation shown = presentTimer(timer_, timer_.battiPresentation(), now());
     shown.actions.push_back(timerPrimaryAction(timer_, primaryTitle(), [this] { performPrimaryAction(); }));
     shown.actions.push_back(timerResetAction(timer_, [this] { reset(); }));
     return shown;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/characters/manifest/ManifestCharacterAbility.h"
 #include "app/characters/TimerFile.h"
+#include "app/characters/manifest/ManifestCharacterAbility.h"
 #include "app/characters/manifest/ManifestSpriteView.h"
 #include "app/desktop/DesktopCharacter.h"
 #include "core/focus/FocusTimer.h"
@@ -12,8 +12,8 @@
 
 namespace DeskSprites {
 
-/// The runtime of a character that is defined by a manifest: its window, its blink, its timer when the manifest asks
-/// for one, and its ability's place in all that.
+/// The runtime of a character that is defined by a manifest: its window, its blink, its timer when the
+/// manifest asks for one, and its ability's place in all that.
 class ManifestCharacterController final : public DesktopCharacter {
 public:
     /// `companion` has a pack.

@@ -15,7 +15,8 @@ namespace DeskSprites {
 /// A manifest character's drawing surface: one pose at a time, and what an ability draws over it.
 class ManifestSpriteView : public SpriteView {
 public:
-    /// Draws over the art. `art` is the canvas in the surface's points (y down), `unit` the points of one art pixel.
+    /// Draws over the art. `art` is the canvas in the surface's points (y down), `unit` the points of one art
+    /// pixel.
     std::function<void(QPainter& painter, const QRectF& art, double unit)> drawOverlay;
 
     explicit ManifestSpriteView(std::shared_ptr<const FellowCore::ManifestCharacter> character);
