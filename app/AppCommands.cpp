@@ -21,9 +21,7 @@ void AppController::select(const std::string& id) {
     }
     if (host.onScreen().contains(id)) {
         focus(id);
-        if (!host.isVisible()) {
-            toggleVisible();
-        }
+        host.setVisible(true);
         refreshCollection();
         return;
     }

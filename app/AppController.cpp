@@ -57,7 +57,8 @@ AppController::AppController(Platform::System& system, AppSurroundings surroundi
       shortcut_(keeper_.preferences(), system.shortcuts()), stage_(services_), placement_(stage_, services_),
       arrangement_(stage_, placement_, services_), sizePreview_(placement_, services_), menus_(stage_, *this),
       quickActions_(stage_, menus_, *this, services_), notices_(stage_, services_),
-      library_({stage_, *this, placement_, services_, interfaceAudio_, shortcut_, autostart_}) {}
+      library_({stage_, *this, placement_, services_, interfaceAudio_, shortcut_, autostart_,
+                surroundings_.resources / "icon"}) {}
 
 AppController::~AppController() = default;
 
@@ -186,10 +187,9 @@ void AppController::restoreDesktop() {
 }
 
 void AppController::createMenuBar() {
-    const std::filesystem::path icons = surroundings_.resources / "icon";
-    QApplication::setWindowIcon(applicationIcon(icons));
     system_.tray().onActivated = [this] { toggleVisible(); };
-    system_.tray().start(trayIcon(icons), [this](QMenu& menu) { menus_.fillTrayMenu(menu); });
+    system_.tray().start(trayIcon(surroundings_.resources / "icon"),
+                         [this](QMenu& menu) { menus_.fillTrayMenu(menu); });
     system_.tray().setTooltip(QStringLiteral("Deskfellow"));
 }
 
@@ -218,10 +218,13 @@ void AppController::handleArguments(const QStringList& arguments) {
         if (argument == QLatin1String("--library")) {
             openLibrary(std::nullopt);
         } else if (argument == QLatin1String("--controls")) {
-            select(std::string(battiID));
-            if (batti_) {
-                quickActions_.present(*batti_);
-            }
+            showControls(std::string(battiID));
+        } else if (argument == QLatin1String("--mira-controls")) {
+            showControls("mira");
+        } else if (argument == QLatin1String("--intern-controls")) {
+            showControls("intern-nimit");
+        } else if (argument == QLatin1String("--mira-settings")) {
+            openLibrary("mira");
         } else if (argument == QLatin1String("--toggle")) {
             toggleVisible();
         } else if (argument == QLatin1String("--swap-back")) {
@@ -231,6 +234,14 @@ void AppController::handleArguments(const QStringList& arguments) {
         } else if (argument.startsWith(QLatin1String("deskfellow:"))) {
             handleControlEvent(argument);
         }
+    }
+}
+
+void AppController::showControls(const std::string& id) {
+    select(id);
+    DesktopCharacter* character = stage_.find(id);
+    if (character && character->isShown()) {
+        quickActions_.present(*character);
     }
 }
 

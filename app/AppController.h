@@ -90,6 +90,7 @@ private:
     void restoreDesktop();
     void tellProblems();
     void handleArguments(const QStringList& arguments);
+    void showControls(const std::string& id);
     void createMenuBar();
     void anchorDesktopAttachments();
     void dismissAllActions();

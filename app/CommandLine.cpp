@@ -14,6 +14,9 @@ const char* const usage = "usage: deskfellow [SWITCH ...] [deskfellow:// LINK]\n
                           "\n"
                           "  --library        open the settings window\n"
                           "  --controls       bring Batti out and open its quick actions\n"
+                          "  --mira-controls, --intern-controls\n"
+                          "                   the same for Mira and for Intern Nimit\n"
+                          "  --mira-settings  open the settings window on Mira\n"
                           "  --toggle         hide everyone, or show them again\n"
                           "  --swap-back      put the character that was swapped out last back in its place\n"
                           "  --quit           end the running program\n"
@@ -24,9 +27,10 @@ const char* const usage = "usage: deskfellow [SWITCH ...] [deskfellow:// LINK]\n
 } // namespace
 
 CommandLine::CommandLine(const QStringList& arguments) {
-    static const QSet<QString> known{QStringLiteral("--library"), QStringLiteral("--controls"),
-                                     QStringLiteral("--toggle"), QStringLiteral("--swap-back"),
-                                     QStringLiteral("--quit")};
+    static const QSet<QString> known{QStringLiteral("--library"),         QStringLiteral("--controls"),
+                                     QStringLiteral("--mira-controls"),   QStringLiteral("--mira-settings"),
+                                     QStringLiteral("--intern-controls"), QStringLiteral("--toggle"),
+                                     QStringLiteral("--swap-back"),       QStringLiteral("--quit")};
     const QString mute =
         QString::fromUtf8(InterfaceAudio::muteSwitch.data(), InterfaceAudio::muteSwitch.size());
     for (const QString& argument : arguments) {

@@ -40,7 +40,9 @@ std::optional<QString> ShortcutKeeper::registerHotKey() {
     if (!wanted.isValid()) {
         return std::nullopt; // the user cleared it
     }
-    if (shortcuts_.grab(shortcutName, wanted) == ShortcutResult::taken) {
+    const ShortcutResult result = shortcuts_.grab(shortcutName, wanted);
+    supported_ = result != ShortcutResult::unsupported;
+    if (result == ShortcutResult::taken) {
         return QCoreApplication::translate("ShortcutKeeper",
                                            "Another program already uses %1, so it does not "
                                            "show and hide Deskfellow.")

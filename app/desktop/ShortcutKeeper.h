@@ -23,12 +23,15 @@ public:
     void release();
     /// The combination in words; empty when the user wants none.
     QString label() const;
+    /// Whether the desktop grants programs such shortcuts at all, as far as it has been asked.
+    bool isSupported() const { return supported_; }
 
 private:
     Platform::KeyCombination saved() const;
 
     FellowCore::Preferences& preferences_;
     Platform::GlobalShortcuts& shortcuts_;
+    bool supported_ = true;
 };
 
 } // namespace DeskSprites

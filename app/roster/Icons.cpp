@@ -1,23 +1,34 @@
 #include "app/roster/Icons.h"
 
 #include "app/desktop/DialoguePalette.h"
+#include "app/desktop/PixelArtwork.h"
+#include "platform/image/PngDecoder.h"
 
+#include <QDebug>
+
+#include <stdexcept>
 #include <string>
 
 namespace DeskSprites {
 
 namespace {
 
+/// By our own decoder: asking the toolkit for one picture makes it load a library for every format it knows.
 void addSize(QIcon& icon, const std::filesystem::path& folder, const std::string& name, int side) {
-    const std::filesystem::path file = folder / (name + "-" + std::to_string(side) + ".png");
-    icon.addFile(QString::fromStdString(file.string()), QSize(side, side));
+    try {
+        const FellowCore::PixelImage picture =
+            Platform::readPng(folder / (name + "-" + std::to_string(side) + ".png"), FellowCore::PixelSize{side, side});
+        icon.addPixmap(QPixmap::fromImage(PixelArtwork::image(picture)));
+    } catch (const std::runtime_error& error) {
+        qWarning("An icon is missing: %s", error.what());
+    }
 }
 
 } // namespace
 
 QIcon applicationIcon(const std::filesystem::path& folder) {
     QIcon icon;
-    for (const int side : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
+    for (const int side : {16, 22, 24, 32, 48, 64, 128, 256}) {
         addSize(icon, folder, "deskfellow", side);
     }
     return icon;

@@ -1,7 +1,9 @@
 #include "app/settings/LibraryBridge.h"
 
 #include "app/characters/manifest/ManifestCharacterController.h"
+#include "app/roster/Icons.h"
 #include "core/art/DesktopSize.h"
+#include "core/base/WholeFile.h"
 #include "core/host/PreferenceKeys.h"
 #include "core/host/SettingsPersistence.h"
 
@@ -12,6 +14,17 @@ namespace DeskSprites {
 
 namespace Keys = FellowCore::PreferenceKeys;
 using FellowCore::SettingsPersistence;
+
+namespace {
+
+/// The folder as people read it, with "~" for their home.
+QString shortened(const std::filesystem::path& folder, const std::filesystem::path& home) {
+    const bool isBelow = FellowCore::liesBelow(folder, home);
+    return QString::fromStdString(isBelow ? ("~" / folder.lexically_relative(home)).string()
+                                          : folder.string());
+}
+
+} // namespace
 
 LibraryBridge::LibraryBridge(const LibrarySources& sources) : sources_(sources) {}
 
@@ -38,6 +51,11 @@ void LibraryBridge::open(const std::optional<std::string>& pane) {
     const auto& active = sources_.stage.host().activeID();
     const auto chosen = SettingsPersistence::pane(pane ? pane : saved, active, identifiers());
     library_->show(chosen.value_or(LibraryWindowController::generalPane));
+    // No other window stands in a task list, and the server keeps a copy of every size for each window that
+    // has it.
+    if (QWidget* window = library_->window(); !window->testAttribute(Qt::WA_SetWindowIcon)) {
+        window->setWindowIcon(applicationIcon(sources_.icons));
+    }
 }
 
 std::vector<std::string> LibraryBridge::identifiers() const {
@@ -105,6 +123,7 @@ GeneralSettings LibraryBridge::general() const {
     general.interfaceSounds = sources_.audio.enabled();
     general.interfaceVolume = sources_.audio.volume();
     general.shortcutLabel = sources_.shortcut.label();
+    general.shortcutSupported = sources_.shortcut.isSupported();
     general.startAtLogin = sources_.autostart.isEnabled();
     general.defaultHeight = FellowCore::DesktopSize::normalized(
         preferences.number(Keys::sharedDesktopHeight).value_or(FellowCore::DesktopSize::standardHeight));
@@ -112,7 +131,7 @@ GeneralSettings LibraryBridge::general() const {
     general.arrangeCompact = sources_.placement.isCompact();
     general.systemReducesMotion = sources_.services.system.motion().isReduced();
     general.version = QStringLiteral(DESKFELLOW_VERSION);
-    general.dataFolder = QString::fromStdString(sources_.services.folders.deskSprites().string());
+    general.dataFolder = shortened(sources_.services.folders.deskSprites(), sources_.services.folders.home());
     return general;
 }
 

@@ -9,6 +9,7 @@
 #include "app/settings/LibraryWindowController.h"
 #include "platform/Autostart.h"
 
+#include <filesystem>
 #include <memory>
 
 namespace DeskSprites {
@@ -22,6 +23,7 @@ struct LibrarySources {
     InterfaceAudio& audio;
     ShortcutKeeper& shortcut;
     Platform::Autostart& autostart;
+    std::filesystem::path icons; ///< the folder of the program's icon
 };
 
 /// Brings the program's state to the settings window and the user's edits back.

@@ -1,6 +1,7 @@
 #include "core/base/FileOperations.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -180,6 +181,25 @@ std::filesystem::path PosixFileOperations::resolved(const std::filesystem::path&
         target = target.parent_path() / *text; // an absolute text replaces the folder
     }
     throwSystemError(ELOOP, "readlink");
+}
+
+std::optional<int> PosixFileOperations::tryLock(const std::filesystem::path& path) {
+    const int flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    const int file = checked("open", [&] { return ::open(path.c_str(), flags, 0600); });
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0) {
+        return file;
+    }
+    switch (errno) {
+    case EWOULDBLOCK:
+        ::close(file);
+        return std::nullopt;
+    case ENOLCK:
+    case ENOSYS:
+    case EOPNOTSUPP:
+        return file; // no locks here; who locks also looks at the file again before replacing it
+    default:
+        giveUp(file, errno, "flock");
+    }
 }
 
 } // namespace FellowCore

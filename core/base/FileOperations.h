@@ -61,6 +61,10 @@ public:
     /// Where a link leads in the end, even when nothing stands there; the path itself when it is no link or
     /// does not exist.
     virtual std::filesystem::path resolved(const std::filesystem::path& path) = 0;
+    /// Takes the lock that stands for a file at `path`, which is made (mode 0600) when missing and is never
+    /// removed, until the answer is closed or the process ends. Nothing at once when another process or
+    /// thread holds it. Only those who ask are kept apart. On a file system without locks it is always taken.
+    virtual std::optional<int> tryLock(const std::filesystem::path& path) = 0;
 };
 
 /// The real thing, over POSIX calls; stateless.
@@ -79,6 +83,7 @@ public:
     void makeFolders(const std::filesystem::path& path) override;
     std::optional<unsigned> mode(const std::filesystem::path& path) override;
     std::filesystem::path resolved(const std::filesystem::path& path) override;
+    std::optional<int> tryLock(const std::filesystem::path& path) override;
 };
 
 } // namespace FellowCore

@@ -1,12 +1,15 @@
 #include "core/base/Text.h"
 
 #include <unicode/brkiter.h>
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utext.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -30,6 +33,10 @@ icu::UnicodeString unicode(std::string_view text) {
 std::string utf8(const icu::UnicodeString& text) {
     std::string bytes;
     return text.toUTF8String(bytes);
+}
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char byte) { return (byte & 0x80) == 0; });
 }
 
 /// ICU fails here only when its own data is missing or memory is out, which no caller could mend.
@@ -143,8 +150,25 @@ std::string folded(std::string_view text) {
     return utf8(bare.foldCase());
 }
 
+std::string wellFormed(std::string_view text) {
+    return isAscii(text) ? std::string(text) : utf8(unicode(text));
+}
+
 std::string lowercased(std::string_view text) {
-    return utf8(unicode(text).toLower(icu::Locale::getRoot()));
+    if (isAscii(text)) { // most texts are, and a search lowers thousands
+        std::string lower(text);
+        for (char& letter : lower) {
+            letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter | 0x20) : letter;
+        }
+        return lower;
+    }
+    std::string lower;
+    icu::StringByteSink<std::string> sink(&lower);
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::StringPiece bytes(text.data(), icuLength(text));
+    icu::CaseMap::utf8ToLower("", 0, bytes, sink, nullptr, status);
+    requireSuccess(status);
+    return lower;
 }
 
 std::string singleLine(std::string_view text) {

@@ -17,6 +17,8 @@ std::size_t characterCount(std::string_view text);
 std::string characterPrefix(std::string_view text, std::size_t count);
 /// A form for comparing that ignores case and diacritics (NFKD, nonspacing marks removed, case folded).
 std::string folded(std::string_view text);
+/// The text with bytes that are not UTF-8 replaced by U+FFFD.
+std::string wellFormed(std::string_view text);
 /// Lower case, independent of any locale.
 std::string lowercased(std::string_view text);
 /// The text with control characters (tabs too), line separators and directional overrides each replaced by a

@@ -177,27 +177,33 @@ void writeWholeFile(FileOperations& files, const Path& path, std::string_view by
     }
 }
 
+bool moveToFreeName(FileOperations& files, const Path& from, const Path& to) {
+    try {
+        // An empty file takes the name first: renaming onto it cannot destroy what somebody puts there
+        // meanwhile.
+        files.close(files.createExclusively(to, 0600));
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::file_exists) {
+            return false;
+        }
+        throw FileError(FileError::Kind::notWritable, from, error.what());
+    }
+    try {
+        files.rename(from, to);
+        return true;
+    } catch (const std::system_error& error) {
+        removeQuietly(files, to);
+        throw FileError(FileError::Kind::notWritable, from, error.what());
+    }
+}
+
 Path moveAside(FileOperations& files, const Path& path) {
     constexpr int attempts = 1000;
     for (int attempt = 1; attempt <= attempts; ++attempt) {
         Path aside = path;
         aside += attempt == 1 ? std::string(".corrupt") : ".corrupt-" + std::to_string(attempt);
-        try {
-            // An empty file takes the name first: renaming onto it cannot destroy what somebody puts there
-            // meanwhile.
-            files.close(files.createExclusively(aside, 0600));
-        } catch (const std::system_error& error) {
-            if (error.code() == std::errc::file_exists) {
-                continue;
-            }
-            throw FileError(FileError::Kind::notWritable, path, error.what());
-        }
-        try {
-            files.rename(path, aside);
+        if (moveToFreeName(files, path, aside)) {
             return aside;
-        } catch (const std::system_error& error) {
-            removeQuietly(files, aside);
-            throw FileError(FileError::Kind::notWritable, path, error.what());
         }
     }
     throw FileError(FileError::Kind::notWritable, path, "too many corrupt copies beside it");

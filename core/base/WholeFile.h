@@ -33,6 +33,11 @@ void writeWholeFile(FileOperations& files, const std::filesystem::path& path, st
 /// cannot be moved.
 std::filesystem::path moveAside(FileOperations& files, const std::filesystem::path& path);
 
+/// Moves a file to a name in the same folder that nobody else holds; false, with the file left where it was,
+/// when something stands there. Throws `FileError` (notWritable) when it cannot be moved.
+bool moveToFreeName(FileOperations& files, const std::filesystem::path& from,
+                    const std::filesystem::path& to);
+
 /// The path made absolute and free of "." and ".." with every link resolved as far as it exists.
 std::filesystem::path standardized(const std::filesystem::path& path);
 

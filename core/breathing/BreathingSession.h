@@ -16,6 +16,8 @@ namespace FellowCore {
 /// and allocate nothing. An instant before the current stretch began, or one that is not finite, adds no
 /// time.
 struct BreathingSession {
+    static constexpr Seconds usualSettling = 3;
+
     BreathingSettings settings;
     BreathingStatus status = BreathingStatus::idle;
     std::optional<Instant> startedAt; ///< when the current stretch began; only while running
@@ -24,9 +26,8 @@ struct BreathingSession {
 
     /// An idle session: calm, six rounds, three seconds to settle, unless told otherwise. Both are
     /// normalised.
-    explicit BreathingSession(
-        const BreathingSettings& settings = FellowCore::settings(BreathingMode::calm),
-        Seconds settlingDuration = BreathingSettings::limits(BreathingPhase::settle).longest);
+    explicit BreathingSession(const BreathingSettings& settings = FellowCore::settings(BreathingMode::calm),
+                              Seconds settlingDuration = usualSettling);
 
     /// Begins an idle session or continues a paused one where it stood. A completed one needs `reset` first.
     void start(Instant at);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -67,12 +68,10 @@ BreathingSessionStore::BreathingSessionStore(FileOperations& files, std::filesys
 BreathingSession BreathingSessionStore::load() const {
     try {
         return read();
-    } catch (const FileError&) {
-        // A session that cannot be read costs a few minutes at most; breathing must always be possible.
-    } catch (const JsonError&) {
-        // The same.
+    } catch (const std::runtime_error&) {
+        // Whatever is wrong with the file: a lost session costs a few minutes, and Mira must always be there.
+        return BreathingSession();
     }
-    return BreathingSession();
 }
 
 BreathingSession BreathingSessionStore::read() const {

@@ -9,8 +9,8 @@ namespace FellowCore {
 /// A session as one straight line of seconds: the settling, then `settings.rounds` equal rounds. It answers
 /// where a given second lies, in closed form and without allocating, as every animation frame asks.
 ///
-/// Seconds before the beginning count as the beginning, seconds after the end (and what is no number) as the
-/// end or the beginning respectively; nothing fails.
+/// A second before the beginning, and one that is no number, counts as the beginning; one after the end as
+/// the end.
 struct BreathingTimeline {
     BreathingSettings settings;
     Seconds settlingDuration = 0; ///< 0...3

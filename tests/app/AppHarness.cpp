@@ -29,15 +29,23 @@ std::unique_ptr<BattiController> Desk::makeBatti() {
 
 Companion Desk::pack(const PackForm& form) {
     const std::filesystem::path folder = home / ("pack-" + form.id);
-    FellowCore::CharacterManifest manifest{
-        .id = form.id, .name = form.id, .role = "Night light", .poses = {},
-        .face = {1, 1}, .ground = {form.grid.width / 2.0, double(form.grid.height)}, .grid = form.grid,
-        .accent = {0, 0.5, 1}, .behaviours = form.behaviours, .order = {}, .scaleReferenceHeight = {}};
+    FellowCore::CharacterManifest manifest{.id = form.id,
+                                           .name = form.id,
+                                           .role = "Night light",
+                                           .poses = {},
+                                           .face = {1, 1},
+                                           .ground = {form.grid.width * 0.6, double(form.grid.height)},
+                                           .grid = form.grid,
+                                           .accent = {0, 0.5, 1},
+                                           .behaviours = form.behaviours,
+                                           .order = {},
+                                           .scaleReferenceHeight = {}};
     for (const std::string& pose : form.poses) {
         manifest.poses[pose] = pose + ".png";
         TestSupport::writeBytes(folder / (pose + ".png"), pose);
     }
-    const auto decode = [clear = form.clearLeft](std::string_view, std::optional<FellowCore::PixelSize> size) {
+    const auto decode = [clear = form.clearLeft](std::string_view,
+                                                 std::optional<FellowCore::PixelSize> size) {
         FellowCore::PixelImage image{size->width, size->height, {}};
         for (int i = 0; i < size->width * size->height; ++i) {
             image.rgba.insert(image.rgba.end(), {0, 0, 0, std::uint8_t(i % size->width < clear ? 0 : 255)});

@@ -53,7 +53,7 @@ class TestSystem final : public Platform::System {
 public:
     TestClock time;
     TestMotion wish;
-    std::vector<Platform::DesktopSurface*> surfaces;       ///< in the order in which they were made
+    std::vector<Platform::DesktopSurface*> surfaces;      ///< in the order in which they were made
     std::vector<Platform::DesktopSurfaceClient*> clients; ///< whose each surface is
 
     Platform::Clock& clock() override { return time; }
@@ -76,7 +76,8 @@ private:
 struct PackForm {
     std::string id = "moth";
     FellowCore::CharacterManifest::Grid grid{40, 40};
-    std::vector<FellowCore::CharacterManifest::Behaviour> behaviours{FellowCore::CharacterManifest::Behaviour::idle};
+    std::vector<FellowCore::CharacterManifest::Behaviour> behaviours{
+        FellowCore::CharacterManifest::Behaviour::idle};
     std::vector<std::string> poses{"idle"};
     int clearLeft = 0; ///< columns without art
 };

@@ -73,6 +73,10 @@ public:
         count("resolved");
         return real_.resolved(path);
     }
+    std::optional<int> tryLock(const std::filesystem::path& path) override {
+        count("tryLock");
+        return real_.tryLock(path);
+    }
 
 private:
     void count(const char* call) {

@@ -9,7 +9,7 @@ import sys
 
 from draw import character_names, load_character
 from kit.checks import DARK_DESKTOP, LIGHT_DESKTOP
-from kit.sheet import at_height, contact_sheet, enlarged, marked_strays, row, stack
+from kit.sheet import as_seen, at_height, contact_sheet, enlarged, marked_strays, row, stack
 
 
 def cast_sheet():
@@ -19,18 +19,6 @@ def cast_sheet():
         character, drawn = load_character(name)
         pictures.append(at_height(drawn[character.reference], 320))
     return stack([row(pictures, LIGHT_DESKTOP), row(pictures, DARK_DESKTOP)])
-
-
-def as_seen(character, drawn):
-    """The pictures as the desktop shows them: an overlay lies on the reference picture."""
-    seen = {}
-    for file, picture in drawn.items():
-        if file in character.overlays:
-            whole = drawn[character.reference].copy()
-            whole.alpha_composite(picture)
-            picture = whole
-        seen[file] = picture
-    return seen
 
 
 def character_sheet(arguments):

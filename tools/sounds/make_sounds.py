@@ -68,6 +68,32 @@ def mira_complete():
                  (0.9, 0.36, bell(note("F5"), 2.0, 1.7)))
 
 
+# Mira's cues say by their direction what to do: up to breathe in, down to breathe out, one note to stay. Their
+# notes are those of her completion's chord, so that a session sounds of a piece.
+
+
+def mira_inhale():
+    return mixed(0.56, (0.0, 0.7, marimba(note("C4"), 0.4, 0.42, seed=121)),
+                 (0.15, 1.0, marimba(note("F4"), 0.41, 0.5, seed=122)), (0.15, 0.22, bell(note("F4"), 0.41, 0.7)))
+
+
+def mira_sip():
+    return mixed(0.36, (0.0, 1.0, marimba(note("A4"), 0.36, 0.4, seed=131)), (0.0, 0.22, bell(note("A4"), 0.36, 0.6)))
+
+
+def mira_hold():
+    return mixed(0.58, (0.0, 1.0, bowl(note("A3"), 0.58, 2.4)), (0.0, 0.35, bell(note("A4"), 0.58, 1.6)))
+
+
+def mira_exhale():
+    return mixed(0.58, (0.0, 0.9, marimba(note("F4"), 0.4, 0.42, seed=141)),
+                 (0.0, 0.18, bell(note("F4"), 0.4, 0.6)), (0.15, 1.0, marimba(note("C4"), 0.43, 0.55, seed=142)))
+
+
+def mira_rest():
+    return mixed(0.5, (0.0, 1.0, marimba(note("F3"), 0.5, 0.6, seed=151)), (0.0, 0.2, bowl(note("F3"), 0.5, 1.2)))
+
+
 def pump_needs_you():
     return mixed(0.58, (0.0, 1.0, bell(note("E5"), 0.58, 0.5)), (0.17, 0.9, bell(note("E5"), 0.41, 0.55)),
                  (0.0, 0.4, woodblock(note("E5"), 0.2, seed=81)), (0.17, 0.35, woodblock(note("E5"), 0.2, seed=82)))
@@ -101,6 +127,11 @@ SOUNDS = {
     "interface-complete": (complete, COMPLETION),
     "interface-open": (opening, SHORT),
     "mira-complete": (mira_complete, COMPLETION),
+    "mira-inhale": (mira_inhale, SHORT),
+    "mira-sip": (mira_sip, SHORT),
+    "mira-hold": (mira_hold, SHORT),
+    "mira-exhale": (mira_exhale, SHORT),
+    "mira-rest": (mira_rest, SHORT),
     "pump-needs-you": (pump_needs_you, SHORT),
     "snake-eat": (snake_eat, SHORT),
     "snake-end": (snake_end, SHORT),

@@ -14,15 +14,16 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A saver whose queue can be held up, with what it wrote and what it said. Both are touched on the queue only, and
-/// read after `flush`.
+/// A saver whose queue can be held up, with what it wrote and what it said. Both are touched on the queue
+/// only, and read after `flush`.
 struct Saves {
     std::vector<std::string> written;
     std::vector<std::string> failures;
     BackgroundSaver saver{[this](const std::string& line) { failures.push_back(line); }};
 
     void save(const std::string& store, const std::string& value) {
-        saver.save(store, "could not save " + store, [this, store, value] { written.push_back(store + "=" + value); });
+        saver.save(store, "could not save " + store,
+                   [this, store, value] { written.push_back(store + "=" + value); });
     }
     /// Holds the queue up until the latch opens.
     void block(std::latch& until) {
@@ -72,8 +73,10 @@ TEST(BackgroundSaverTest, TwoStoresWithOneSentenceAreBothWritten) {
     std::latch open(1);
     saves.block(open);
     // Two packs may bear one name, and so fail with one sentence.
-    saves.saver.save("a/focus-timer.json", "Moth could not save its timer", [&] { saves.written.push_back("a"); });
-    saves.saver.save("b/focus-timer.json", "Moth could not save its timer", [&] { saves.written.push_back("b"); });
+    saves.saver.save("a/focus-timer.json", "Moth could not save its timer",
+                     [&] { saves.written.push_back("a"); });
+    saves.saver.save("b/focus-timer.json", "Moth could not save its timer",
+                     [&] { saves.written.push_back("b"); });
     open.count_down();
     saves.saver.flush();
     EXPECT_THAT(saves.written, ElementsAre("a", "b"));
@@ -81,7 +84,8 @@ TEST(BackgroundSaverTest, TwoStoresWithOneSentenceAreBothWritten) {
 
 TEST(BackgroundSaverTest, AFailureIsToldAndTheNextSaveIsTriedAllTheSame) {
     Saves saves;
-    saves.saver.save("timer", "Batti could not save its timer", [] { throw std::runtime_error("disk full"); });
+    saves.saver.save("timer", "Batti could not save its timer",
+                     [] { throw std::runtime_error("disk full"); });
     saves.saver.flush();
     saves.save("timer", "later");
     saves.saver.flush();

@@ -9,6 +9,18 @@ MIDDLE_DESKTOP = (120, 150, 180)
 POINT_HEIGHTS = (140, 320, 600)
 
 
+def as_seen(character, drawn):
+    """The pictures as the desktop shows them: an overlay lies on the reference picture."""
+    seen = {}
+    for file, picture in drawn.items():
+        if file in character.overlays:
+            whole = drawn[character.reference].copy()
+            whole.alpha_composite(picture)
+            picture = whole
+        seen[file] = picture
+    return seen
+
+
 def enlarged(picture, factor):
     """The picture with every pixel a square."""
     return picture.resize((picture.width * factor, picture.height * factor), Image.NEAREST)
