@@ -152,7 +152,7 @@ void DesktopCharacter::applyLayout(Sizing sizing) {
         frame = frame.at({foot.x - art.midX(), foot.y - art.minY()});
     }
     moveWindow(frame);
-    resizeFoot_ = foot;
+    resizeFoot_ = hadPlace ? foot : anchor();
     resizedFrame_ = surface_->frame();
 }
 

@@ -113,7 +113,8 @@ void DesktopPlacement::placeBeside(DesktopCharacter& newcomer, const DesktopChar
     const double scale = std::min(visible.width / size.width, visible.height / size.height);
     if (scale < 1) {
         const double room = size.height * scale - 2 * DesktopSize::windowPadding;
-        setDesktopHeight(newcomer, std::max(room, DesktopSize::smallestHeight));
+        // Snapping to the nearest crisp height could take it off the screen again.
+        setDesktopHeight(newcomer, newcomer.crispVisibleHeightAtMost(room));
     }
     const FellowCore::Rect frame =
         FellowCore::DesktopNeighbours::frame(newcomer.geometry().frame.size(), beside.geometry().frame,

@@ -6,7 +6,8 @@
 namespace DeskSprites {
 
 QImage PixelArtwork::image(const FellowCore::PixelImage& source) {
-    const QImage view(source.rgba.data(), source.width, source.height, source.width * 4,
+    constexpr qsizetype bytesPerPixel = 4;
+    const QImage view(source.rgba.data(), source.width, source.height, source.width * bytesPerPixel,
                       QImage::Format_RGBA8888);
     return view.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }

@@ -16,6 +16,8 @@ public:
         : character_(std::move(character)), still_(std::move(still)) {}
 
     void paint(QPainter& painter, QSizeF) override { drawCanvas(painter, still_); }
+    /// No drag: the character would not follow its picture.
+    void pointerMoved(const Platform::PointerEvent&) override {}
 
 protected:
     std::vector<FellowCore::AlphaRun> opaqueRuns() const override { return character_->alphaRuns("idle"); }

@@ -27,12 +27,20 @@ Pack loadBuiltin(const CharacterManifest& manifest, const std::filesystem::path&
     return std::make_shared<const ManifestCharacter>(manifest, folder, decoder);
 }
 
-/// The pack in "characters/intern" stands in for the compiled-in picture when it loads.
-Pack loadCustomerIntern(const std::filesystem::path& resources, const FellowCore::ImageDecoder& decoder) {
+/// The pack in "characters/intern" stands in for the compiled-in picture when it loads and is the intern's.
+Pack loadCustomerIntern(const std::filesystem::path& resources, const FellowCore::ImageDecoder& decoder,
+                        const Roster::Log& log) {
     const std::filesystem::path folder = resources / "characters" / "intern";
     std::error_code ignored;
     if (std::filesystem::exists(folder / CharacterManifest::fileName, ignored)) {
-        return std::make_shared<const ManifestCharacter>(folder, decoder);
+        try {
+            auto pack = std::make_shared<const ManifestCharacter>(folder, decoder);
+            if (pack->manifest().id == BuiltinCharacters::customerIntern().id) {
+                return pack;
+            }
+        } catch (const FellowCore::ManifestError& error) {
+            log(std::string("Deskfellow could not load the pack of intern: ") + error.what());
+        }
     }
     return loadBuiltin(BuiltinCharacters::customerIntern(), resources / "builtin", decoder);
 }
@@ -50,7 +58,7 @@ Roster::Roster(const std::filesystem::path& resources, const FellowCore::Charact
         }
         try {
             const bool isCustomerIntern = manifest->id == BuiltinCharacters::customerIntern().id;
-            Pack pack = isCustomerIntern ? loadCustomerIntern(resources, decoder)
+            Pack pack = isCustomerIntern ? loadCustomerIntern(resources, decoder, log)
                                          : loadBuiltin(*manifest, resources / "builtin", decoder);
             companions_.push_back({pack && isCustomerIntern ? pack->manifest() : *manifest, std::move(pack)});
         } catch (const FellowCore::ManifestError& error) {

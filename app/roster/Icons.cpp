@@ -16,8 +16,8 @@ namespace {
 /// By our own decoder: asking the toolkit for one picture makes it load a library for every format it knows.
 void addSize(QIcon& icon, const std::filesystem::path& folder, const std::string& name, int side) {
     try {
-        const FellowCore::PixelImage picture =
-            Platform::readPng(folder / (name + "-" + std::to_string(side) + ".png"), FellowCore::PixelSize{side, side});
+        const FellowCore::PixelImage picture = Platform::readPng(
+            folder / (name + "-" + std::to_string(side) + ".png"), FellowCore::PixelSize{side, side});
         icon.addPixmap(QPixmap::fromImage(PixelArtwork::image(picture)));
     } catch (const std::runtime_error& error) {
         qWarning("An icon is missing: %s", error.what());

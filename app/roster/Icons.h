@@ -6,8 +6,8 @@
 
 namespace DeskSprites {
 
-/// The program's own icon in the sizes that window managers show. A size that cannot be read is left out, with a line
-/// in the log. Blocks.
+/// The program's own icon in the sizes that window managers show. A size that cannot be read is left out,
+/// with a line in the log. Blocks.
 QIcon applicationIcon(const std::filesystem::path& folder);
 
 /// The one-colour icon for the tray, light or dark as the desktop wants it; otherwise the same.

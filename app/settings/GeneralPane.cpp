@@ -6,6 +6,7 @@
 #include <QBoxLayout>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QSlider>
 
 #include <cmath>
 

@@ -47,7 +47,8 @@ std::optional<Calendar> Calendar::inTimeZone(std::string_view identifier) {
     if (!zone || *zone == icu::TimeZone::getUnknown()) {
         return std::nullopt;
     }
-    // Every zone that ICU makes from an identifier is one of these, which also tell when their offset changes.
+    // Every zone that ICU makes from an identifier is one of these, which also tell when their offset
+    // changes.
     auto* const rules = dynamic_cast<icu::BasicTimeZone*>(zone.get());
     if (rules == nullptr) {
         return std::nullopt;

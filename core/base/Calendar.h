@@ -31,7 +31,8 @@ public:
     /// The first instant of a day, which is midnight unless the clocks were put forward over it. Nothing for
     /// a day that is none (30 February), that the zone skipped, or whose year is out of range.
     std::optional<Instant> startOfDay(CalendarDay day) const;
-    /// When the day after the one of `at` begins: the moment for which a timer is set that waits for midnight.
+    /// When the day after the one of `at` begins: the moment for which a timer is set that waits for
+    /// midnight.
     std::optional<Instant> startOfNextDay(Instant at) const;
 
 private:

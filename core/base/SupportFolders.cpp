@@ -5,7 +5,7 @@ namespace FellowCore {
 namespace {
 
 std::filesystem::path absoluteOr(const std::optional<std::filesystem::path>& stated,
-                                 std::filesystem::path fallback) {
+                                 const std::filesystem::path& fallback) {
     return stated && stated->is_absolute() ? *stated : fallback;
 }
 
@@ -46,6 +46,10 @@ std::filesystem::path SupportFolders::character(std::string_view identifier) con
 
 std::filesystem::path SupportFolders::focusTimerFile(std::string_view identifier) const {
     return character(identifier) / "focus-timer.json";
+}
+
+std::filesystem::path SupportFolders::ledgerFile() const {
+    return character("munshi") / "ledger.json";
 }
 
 } // namespace FellowCore

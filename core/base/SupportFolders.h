@@ -33,6 +33,8 @@ public:
     std::filesystem::path character(std::string_view identifier) const;
     /// The focus timer of a character with the timer behaviour, Batti's among them.
     std::filesystem::path focusTimerFile(std::string_view identifier) const;
+    /// Munshi's day book.
+    std::filesystem::path ledgerFile() const;
 
 private:
     std::filesystem::path home_;

@@ -110,7 +110,7 @@ private:
         constexpr int attempts = 16;
         std::random_device random;
         for (int attempt = 1;; ++attempt) {
-            const Path path = folder / (".deskfellow-" + std::to_string(random()) + std::to_string(random()));
+            Path path = folder / (".deskfellow-" + std::to_string(random()) + std::to_string(random()));
             try {
                 file_ = files.createExclusively(path, mode);
                 return path;

@@ -98,14 +98,12 @@ void BreathingSessionStore::write(std::string_view text) const {
 std::string BreathingSessionStore::encoded(const BreathingSession& session, Instant at) {
     const BreathingSession saved = session.pausedSnapshot(at);
     const BreathingSession sound(saved.settings, saved.settlingDuration);
-    Json json = {
+    // A session that does not run has no `startedAt`.
+    const Json json = {
         {Key::settings, jsonOf(sound.settings)},
         {Key::status, std::string(rawValue(saved.status))},
         {Key::accumulatedSeconds, std::isfinite(saved.accumulatedSeconds) ? saved.accumulatedSeconds : 0.0},
         {Key::settlingDuration, sound.settlingDuration}};
-    if (saved.startedAt && saved.startedAt->isFinite()) {
-        json[Key::startedAt] = jsonDate(*saved.startedAt);
-    }
     return jsonText(json, JsonStyle::plain);
 }
 

@@ -31,7 +31,7 @@ private:
 /// Format: RIFF/WAVE, little-endian, as in "Multimedia Programming Interface and Data Specifications 1.0"
 /// (IBM and Microsoft, 1991). Chunks other than "fmt " and "data" are skipped.
 struct WaveFile {
-    static constexpr std::size_t byteLimit = 2 * 1024 * 1024;
+    static constexpr std::size_t byteLimit = std::size_t{2} << 20U;
     static constexpr std::uint32_t rate = 48'000; ///< samples a second
 
     std::vector<std::int16_t> samples;

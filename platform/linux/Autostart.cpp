@@ -9,7 +9,7 @@
 namespace Platform {
 namespace {
 
-constexpr std::size_t entryLimit = 64 * 1024;
+constexpr std::size_t entryLimit = std::size_t{64} * 1024;
 constexpr std::string_view reserved = " \t\n\"'\\><~|&;$*?#()`";
 constexpr std::string_view escapedInQuotes = "\"`$\\";
 

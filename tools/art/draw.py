@@ -1,11 +1,13 @@
 #!/usr/bin/python3
-"""Draws the cast and the icons into data/, or checks that what is there is what would be drawn.
+"""Draws the cast, the icons and the pictures of the documentation, or checks that what is there is what would
+be drawn.
 
-    draw.py [--only NAME]           write the pictures (of one character, or "icon")
+    draw.py [--only NAME]           write the pictures (of one character, or "icon", "cast", ...)
     draw.py --check [--only NAME]   write nothing; name every file that differs and every fault of the
                                     art; exit status 1 when there is any
 """
 import argparse
+import functools
 import importlib
 import io
 import json
@@ -16,10 +18,12 @@ import numpy as np
 from PIL import Image
 
 HERE = Path(__file__).resolve().parent
-DATA = HERE.parents[1] / "data"
+ROOT = HERE.parents[1]
+DATA, DOCUMENTATION, FIXTURES = Path("data"), Path("docs/images"), Path("tests/fixtures/art")
 sys.path.insert(0, str(HERE))
 
 from kit.checks import check_character  # noqa: E402 (the kit is found through the line above)
+from kit.palette import named_colours  # noqa: E402
 
 
 def character_names():
@@ -27,6 +31,7 @@ def character_names():
     return sorted(path.stem for path in (HERE / "characters").glob("*.py") if path.stem[0] != "_")
 
 
+@functools.cache
 def load_character(name):
     """A character's description and its pictures, file name -> image."""
     module = importlib.import_module(f"characters.{name}")
@@ -38,10 +43,10 @@ def json_text(value):
 
 
 def draw_character(name):
-    """The files of one character (path under data/ -> content), and what is wrong with them."""
+    """The files of one character (path -> content), and what is wrong with them."""
     character, pictures = load_character(name)
     # A pack has a folder of its own; what is compiled in keeps its pictures with the other resources.
-    folder = Path("characters") / character.identifier if character.manifest else Path("builtin")
+    folder = DATA / "characters" / character.identifier if character.manifest else DATA / "builtin"
     files = {folder / file: picture for file, picture in pictures.items()}
     if character.manifest is not None:
         files[folder / "manifest.json"] = json_text(character.manifest_json())
@@ -53,7 +58,29 @@ def draw_character(name):
 def draw_icon():
     """The icon files, in the same form; they are checked by looking."""
     module = importlib.import_module("icon")
-    return {Path("icon") / file: content for file, content in module.files().items()}, []
+    return {DATA / "icon" / file: content for file, content in module.files().items()}, []
+
+
+def draw_cast():
+    """The pictures of everybody together; what is wrong with somebody is told with their own."""
+    module = importlib.import_module("cast")
+    pictures = module.files({name: load_character(name) for name in character_names()})
+    return {DOCUMENTATION / file: picture for file, picture in pictures.items()}, []
+
+
+def draw_ramps():
+    """The colours that the tests hold the pictures against, one a line: #rrggbb, the ramp and the step."""
+    lines = [f"#{bytes(value).hex()} {name}\n" for name, value in named_colours()]
+    return {FIXTURES / "ramps.txt": "".join(lines)}, []
+
+
+def draw_guide():
+    """The picture of a pack's points."""
+    pictures = importlib.import_module("guide").files(*load_character("munshi"))
+    return {DOCUMENTATION / file: picture for file, picture in pictures.items()}, []
+
+
+TOGETHER = {"icon": draw_icon, "cast": draw_cast, "guide": draw_guide, "ramps": draw_ramps}
 
 
 def encoded(content):
@@ -77,17 +104,18 @@ def matches(path, content):
 
 def unexpected_files(files):
     """Files in the drawn folders that nothing draws any more."""
-    folders = {(DATA / path).parent for path in files}
-    present = {path for folder in folders if folder.is_dir() for path in folder.iterdir() if path.is_file()}
-    return sorted(present - {DATA / path for path in files})
+    folders = {path.parent for path in files} - {DOCUMENTATION}  # which holds screenshots as well
+    present = {path.relative_to(ROOT) for folder in folders if (ROOT / folder).is_dir()
+               for path in (ROOT / folder).iterdir() if path.is_file()}
+    return sorted(present - set(files))
 
 
 def check(files, findings):
     """Prints what is wrong; returns the exit status."""
     findings = list(findings)
     for path, content in sorted(files.items()):
-        if not matches(DATA / path, content):
-            findings.append(f"data/{path} differs from what is drawn")
+        if not matches(ROOT / path, content):
+            findings.append(f"{path} differs from what is drawn")
     for finding in findings:
         print(finding)
     return 1 if findings else 0
@@ -96,31 +124,32 @@ def check(files, findings):
 def write(files, findings):
     """Writes what changed; faults of the art are told, but do not keep it from being looked at."""
     for path, content in sorted(files.items()):
-        if not matches(DATA / path, content):
-            (DATA / path).parent.mkdir(parents=True, exist_ok=True)
-            (DATA / path).write_bytes(encoded(content))
-            print(f"wrote data/{path}")
+        if not matches(ROOT / path, content):
+            (ROOT / path).parent.mkdir(parents=True, exist_ok=True)
+            (ROOT / path).write_bytes(encoded(content))
+            print(f"wrote {path}")
     for finding in findings:
         print(finding, file=sys.stderr)
     return 0
 
 
 def main():
-    everything = character_names() + ["icon"]
-    parser = argparse.ArgumentParser(description="Draw the cast and the icons into data/.")
+    everything = character_names() + list(TOGETHER)
+    parser = argparse.ArgumentParser(description="Draw the cast, the icons and the documentation's pictures.")
     parser.add_argument("--check", action="store_true", help="compare instead of writing")
-    parser.add_argument("--only", metavar="NAME", choices=everything, help="one character, or icon")
+    parser.add_argument("--only", metavar="NAME", choices=everything,
+                        help=f"one character, or {', '.join(TOGETHER)}")
     arguments = parser.parse_args()
     files, findings = {}, []
     for name in [arguments.only] if arguments.only else everything:
-        drawn, faults = draw_icon() if name == "icon" else draw_character(name)
+        drawn, faults = TOGETHER[name]() if name in TOGETHER else draw_character(name)
         files.update(drawn)
         findings += faults
     if not arguments.check:
         return write(files, findings)
     # One character alone shares its folder with others, whose files are not in `files`.
     stray = [] if arguments.only else unexpected_files(files)
-    return check(files, findings + [f"data/{path.relative_to(DATA)} is drawn by nothing" for path in stray])
+    return check(files, findings + [f"{path} is drawn by nothing" for path in stray])
 
 
 if __name__ == "__main__":

@@ -1,11 +1,17 @@
 #!/usr/bin/python3
 """Each check of the art must be able to fail: damages a sound picture and looks for the complaint."""
+import contextlib
+import io
+import tempfile
 import unittest
 from dataclasses import replace
+from pathlib import Path
+from unittest import mock
 
 import numpy as np
 from PIL import Image
 
+import draw
 from kit import Canvas, Character, Manifest
 from kit.checks import check_character, stray_pixels
 
@@ -88,6 +94,50 @@ class ChecksCanFail(unittest.TestCase):
         pixels = np.array(sound_pictures()["idle.png"])
         pixels[30, 20, :3] = (255, 0, 255)
         self.assertEqual(stray_pixels(pixels), [(20, 30)])
+
+
+class CommittedFilesAreCompared(unittest.TestCase):
+    """In a folder of its own, with a picture and a text as the committed files."""
+
+    FOLDER = Path("data/figure")
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name)
+        root = mock.patch.object(draw, "ROOT", self.root)
+        root.start()
+        self.addCleanup(root.stop)
+        self.files = {self.FOLDER / "idle.png": sound_pictures()["idle.png"], self.FOLDER / "manifest.json": "{}\n"}
+        with contextlib.redirect_stdout(io.StringIO()):
+            draw.write(self.files, [])
+
+    def check(self):
+        """The exit status, and what was said."""
+        said = io.StringIO()
+        with contextlib.redirect_stdout(said):
+            status = draw.check(self.files, [])
+        return status, said.getvalue()
+
+    def test_what_was_just_written_is_the_same(self):
+        self.assertEqual(self.check(), (0, ""))
+        self.assertEqual(draw.unexpected_files(self.files), [])
+
+    def test_one_changed_pixel_is_named(self):
+        picture = self.files[self.FOLDER / "idle.png"].copy()
+        picture.putpixel((20, 30), (255, 0, 255, 255))
+        picture.save(self.root / self.FOLDER / "idle.png")
+        self.assertEqual(self.check(), (1, "data/figure/idle.png differs from what is drawn\n"))
+
+    def test_a_changed_text_and_a_missing_picture_are_named(self):
+        (self.root / self.FOLDER / "manifest.json").write_text("{ }\n")
+        (self.root / self.FOLDER / "idle.png").unlink()
+        self.assertEqual(self.check()[0], 1)
+        self.assertEqual(self.check()[1].count("differs"), 2)
+
+    def test_a_file_that_nothing_draws_is_found(self):
+        (self.root / self.FOLDER / "old.png").write_bytes(b"")
+        self.assertEqual(draw.unexpected_files(self.files), [self.FOLDER / "old.png"])
 
 
 if __name__ == "__main__":

@@ -22,7 +22,8 @@ constexpr double smallestSprite = 120;
 constexpr double largestSprite = 1000;
 constexpr double faceShare = 0.61; ///< of the canvas's height, from its bottom
 constexpr int secondMilliseconds = 1000;
-constexpr double badgeMargin = 2; ///< points between the badge and the screen's edge
+constexpr double pastSecond = 0.002; ///< seconds behind a whole one at which the badge surely shows the next
+constexpr double badgeMargin = 2;    ///< points between the badge and the screen's edge
 
 double clampedSprite(double height) {
     return std::isfinite(height) ? std::clamp(height, smallestSprite, largestSprite)
@@ -41,6 +42,8 @@ BattiController::BattiController(Companion companion, std::array<QImage, 3> lamp
     readViewState();
     attachView(sprite_);
     sessionTimer_.setSingleShot(true);
+    sessionTimer_.setTimerType(
+        Qt::PreciseTimer); // a coarse one may be early, and would wake twice for each second
     QObject::connect(&sessionTimer_, &QTimer::timeout, &sessionTimer_, [this] { tick(); });
     sprite_.setMirrored(mirrored_);
     sprite_.setMotion(false);
@@ -151,9 +154,8 @@ void BattiController::updateSessionTimer() {
     }
     // The next look falls on the moment at which the badge shows another second, so that it never skips one.
     const double remaining = timer.timeRemaining(now());
-    const double fraction = remaining - std::floor(remaining);
-    const int wait = static_cast<int>(std::ceil((fraction > 0.02 ? fraction : 1.0) * secondMilliseconds));
-    sessionTimer_.start(wait);
+    const double wait = remaining - std::floor(remaining) + pastSecond;
+    sessionTimer_.start(static_cast<int>(std::ceil(wait * secondMilliseconds)));
 }
 
 FellowCore::BattiTimerPresentation BattiController::timerPresentation() const {

@@ -29,12 +29,16 @@ PixelSpriteView::PixelSpriteView(std::shared_ptr<const FellowCore::ManifestChara
 }
 
 void PixelSpriteView::setLight(Light light, bool pulses) {
+    if (hasLight_ && light == light_ && pulses == pulses_) {
+        return; // told so every second, when only the badge needs paint
+    }
     const FellowCore::MonotonicInstant now = clock_.monotonic();
     if (hasLight_ && light != light_) {
         lamp_.flashPhase(now);
     }
     hasLight_ = true;
     light_ = light;
+    pulses_ = pulses;
     lamp_.setPulses(pulses, now);
     updateLight();
 }

@@ -60,6 +60,7 @@ private:
     double badgeLift_ = 0;
     bool mirrored_ = false;
     bool hasLight_ = false;
+    bool pulses_ = false;
     QTimer lightTimer_;
 };
 

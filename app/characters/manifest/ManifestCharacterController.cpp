@@ -73,7 +73,7 @@ void ManifestCharacterController::activate() {
     if (ability_) {
         ability_->activate();
     }
-    presentationChanged();
+    timerChanged(); // a phase may run that was never stopped, because the program died in it
 }
 
 void ManifestCharacterController::deactivate() {

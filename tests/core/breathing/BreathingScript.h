@@ -2,6 +2,7 @@
 
 #include "core/breathing/BreathingSessionStore.h"
 
+#include <array>
 #include <cstdio>
 #include <functional>
 #include <map>

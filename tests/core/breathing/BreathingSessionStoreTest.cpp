@@ -9,6 +9,9 @@
 #include <nlohmann/json.hpp>
 
 #include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace FellowCore {
 namespace {

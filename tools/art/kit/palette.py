@@ -6,6 +6,7 @@ here will do, and look at it beside the others first.
 """
 
 LINE, SHADOW, BASE, LIGHT, HIGHLIGHT = range(5)
+LEVEL_NAMES = ("line", "shadow", "base", "light", "highlight")
 
 # The contour around a whole figure: dark, warm, never black.
 OUTLINE = (0x2C, 0x17, 0x1A)
@@ -51,3 +52,10 @@ RAMP_NAMES = list(RAMPS)
 def colour(ramp, level):
     """The (red, green, blue) of one step of a ramp."""
     return RAMPS[ramp][level]
+
+
+def named_colours():
+    """Every colour there is, as (name, (red, green, blue)): the outline, and each step of each ramp."""
+    yield "outline", OUTLINE
+    for ramp, steps in RAMPS.items():
+        yield from ((f"{ramp} {level}", value) for level, value in zip(LEVEL_NAMES, steps))
