@@ -10,6 +10,7 @@
 
 #include <QApplication>
 
+#include <xcb/shape.h>
 #include <xcb/xcb.h>
 
 #include <array>
@@ -27,14 +28,32 @@ constexpr int changesInBatch = 50;
 constexpr int batches = 100;
 constexpr int quickBatches = 20;
 
-/// Returns when the server has done all that was asked of it.
-void roundTrip() {
+xcb_connection_t* connection() {
     auto* const native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (native == nullptr) {
         throw std::runtime_error("this needs an X server");
     }
-    std::free(
-        xcb_get_input_focus_reply(native->connection(), xcb_get_input_focus(native->connection()), nullptr));
+    return native->connection();
+}
+
+/// Returns when the server has done all that was asked of it.
+void roundTrip() {
+    std::free(xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
+}
+
+/// The rectangles of a window that take the pointer, as the server has them.
+std::vector<std::array<int, 4>> serverRegion(unsigned long long window) {
+    xcb_connection_t* const server = connection();
+    auto* const reply = xcb_shape_get_rectangles_reply(
+        server, xcb_shape_get_rectangles(server, static_cast<xcb_window_t>(window), XCB_SHAPE_SK_INPUT),
+        nullptr);
+    std::vector<std::array<int, 4>> made;
+    for (int i = 0; reply != nullptr && i < xcb_shape_get_rectangles_rectangles_length(reply); ++i) {
+        const xcb_rectangle_t& one = xcb_shape_get_rectangles_rectangles(reply)[i];
+        made.push_back({one.x, one.y, one.width, one.height});
+    }
+    std::free(reply);
+    return made;
 }
 
 /// Microseconds for one call of `change`, as its batch had it: the calls, and then the server having done
@@ -91,6 +110,13 @@ int run(int count, char** values) {
     const auto byRegion =
         measure(rounds, [&](int i) { surface->setInputRegion(regions.at(static_cast<std::size_t>(i))); });
     figures.add({"shape: another input region", byRegion, "us", budgetMicroseconds});
+    surface->setInputRegion(regions[0]);
+    const auto idle = serverRegion(surface->windowId());
+    surface->setInputRegion(regions[1]);
+    if (const auto writing = serverRegion(surface->windowId());
+        idle.empty() || writing.empty() || idle == writing) {
+        throw std::runtime_error("the regions did not reach the server");
+    }
     const auto byPose = measure(rounds, [&](int i) { view.setPose(poses.at(static_cast<std::size_t>(i))); });
     figures.add({"shape: another pose, its region made anew", byPose, "us", budgetMicroseconds});
     figures.note("Munshi at the standard size; " + std::to_string(regions[0].size()) + " and " +

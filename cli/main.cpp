@@ -1,4 +1,5 @@
 #include "cli/Command.h"
+#include "cli/Ledger.h"
 #include "cli/PackCheck.h"
 
 #include <algorithm>
@@ -16,7 +17,10 @@ using Fellow::Arguments;
 using Fellow::Command;
 using Fellow::ExitStatus;
 
-const std::array<const Command*, 1> commands{&Fellow::packCheck};
+// The first whose name begins the command line is meant.
+const std::array<const Command*, 6> commands{&Fellow::packCheck,    &Fellow::ledgerAdd,
+                                             &Fellow::ledgerDone,   &Fellow::ledgerUndone,
+                                             &Fellow::ledgerExport, &Fellow::ledgerList};
 
 void printOverview(std::ostream& out) {
     out << "Deskfellow's companion for the command line, for scripts and status bars.\n\nusage: fellow "

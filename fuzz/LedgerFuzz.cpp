@@ -23,7 +23,8 @@ void requireSane(const MunshiLedger& ledger) {
     for (const auto* const list : {&ledger.today, &ledger.history}) {
         for (const MunshiItem& item : *list) {
             require(ids.insert(item.id).second);
-            require(item.text.size() <= 3 * MunshiLine::maximumBytes);
+            require(item.text.size() <= MunshiLine::maximumBytes &&
+                    MunshiLine::bounded(item.text) == item.text);
             require(item.text.find('\n') == std::string::npos);
             require(item.doneAt.has_value() == item.done);
             require(!item.done || item.kind == MunshiItem::Kind::task);

@@ -4,6 +4,7 @@
 #include "bench/support/Figures.h"
 #include "bench/support/Options.h"
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -15,29 +16,19 @@ constexpr int rounds = 3;
 constexpr auto settling = std::chrono::seconds(3);
 
 struct Memory {
-    std::vector<double> proportional; ///< megabytes, one for each round
-    std::vector<double> own;
+    std::vector<double> proportional; ///< megabytes, one for each round: shared pages count by their share
+    std::vector<double> resident;     ///< the same with every page counted whole
+    int sharers = 0;                  ///< other programs with the toolkit in memory, at most at any time
 };
 
-Memory measure(const Bench::Options& options, const std::vector<std::string>& onScreen) {
-    Memory memory;
-    for (int round = 0; round < (options.quick ? 1 : rounds); ++round) {
-        const Bench::TemporaryHome home(onScreen);
-        Bench::CharacterWatch watch;
-        const Bench::RunningProgram program(options.program, home);
-        watch.wait(onScreen.size());
-        std::this_thread::sleep_for(settling);
-        memory.proportional.push_back(program.memory("Pss"));
-        memory.own.push_back(program.memory("Private_Clean") + program.memory("Private_Dirty"));
-    }
-    return memory;
-}
-
-/// How many programs on this machine have the toolkit in memory.
-int toolkitUsers() {
+/// How many other programs on this machine have the toolkit in memory.
+int toolkitUsers(pid_t besides) {
     int users = 0;
     std::error_code failure;
     for (const auto& entry : std::filesystem::directory_iterator("/proc", failure)) {
+        if (entry.path().filename() == std::to_string(besides)) {
+            continue;
+        }
         std::ifstream maps(entry.path() / "maps"); // opens for processes only, and only for ours
         for (std::string line; std::getline(maps, line);) {
             if (line.find("libQt6Core") != std::string::npos) {
@@ -49,19 +40,35 @@ int toolkitUsers() {
     return users;
 }
 
+Memory measure(const Bench::Options& options, const std::vector<std::string>& onScreen) {
+    Memory memory;
+    for (int round = 0; round < (options.quick ? 1 : rounds); ++round) {
+        const Bench::TemporaryHome home(onScreen);
+        Bench::CharacterWatch watch;
+        const Bench::RunningProgram program(options.program, home);
+        watch.wait(onScreen.size());
+        std::this_thread::sleep_for(settling);
+        memory.proportional.push_back(program.memory("Pss"));
+        memory.resident.push_back(program.memory("Rss"));
+        memory.sharers = std::max(memory.sharers, toolkitUsers(program.pid()));
+    }
+    return memory;
+}
+
+void report(Bench::Figures& figures, const std::string& who, const Memory& memory) {
+    figures.add({"memory, " + who + ": proportional share", memory.proportional, "MB", budgetMegabytes});
+    figures.add({"memory, " + who + ": resident, shared or not", memory.resident, "MB", {}});
+    if (memory.sharers > 0) {
+        figures.note("Up to " + std::to_string(memory.sharers) +
+                     " other programs had the toolkit in memory, so the share is smaller than alone.");
+    }
+}
+
 int run(int count, char** values) {
     const Bench::Options options(count, values);
     Bench::Figures figures;
-    const int others = toolkitUsers();
-    const Memory one = measure(options, {"batti"});
-    figures.add({"memory, one character: proportional set", one.proportional, "MB", budgetMegabytes});
-    const Memory three = measure(options, {"batti", "munshi", "devwatch"});
-    figures.add({"memory, three characters: proportional set", three.proportional, "MB", budgetMegabytes});
-    figures.add({"memory, three characters: shared with no one", three.own, "MB", {}});
-    if (others > 0) {
-        figures.note(std::to_string(others) +
-                     " other programs share the toolkit's pages, so this is less than alone");
-    }
+    report(figures, "one character", measure(options, {"batti"}));
+    report(figures, "three characters", measure(options, {"batti", "munshi", "devwatch"}));
     return figures.status();
 }
 

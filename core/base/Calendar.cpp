@@ -31,7 +31,8 @@ bool inRange(Seconds unix) {
 } // namespace
 
 struct Calendar::Zone {
-    std::unique_ptr<const icu::BasicTimeZone> rules;
+    std::unique_ptr<const icu::TimeZone> owned;
+    const icu::BasicTimeZone* rules; ///< the same zone, as one that tells when its offset changes
 };
 
 Calendar::Calendar(std::string identifier, std::shared_ptr<const Zone> zone)
@@ -47,15 +48,12 @@ std::optional<Calendar> Calendar::inTimeZone(std::string_view identifier) {
     if (!zone || *zone == icu::TimeZone::getUnknown()) {
         return std::nullopt;
     }
-    // Every zone that ICU makes from an identifier is one of these, which also tell when their offset
-    // changes.
-    auto* const rules = dynamic_cast<icu::BasicTimeZone*>(zone.get());
+    // Every zone that ICU makes from an identifier is one of these.
+    const auto* const rules = dynamic_cast<const icu::BasicTimeZone*>(zone.get());
     if (rules == nullptr) {
         return std::nullopt;
     }
-    zone.release();
-    return Calendar(std::string(identifier),
-                    std::make_shared<const Zone>(Zone{std::unique_ptr<const icu::BasicTimeZone>(rules)}));
+    return Calendar(std::string(identifier), std::make_shared<const Zone>(Zone{std::move(zone), rules}));
 }
 
 Calendar Calendar::utc() {

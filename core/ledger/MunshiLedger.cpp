@@ -27,7 +27,7 @@ bool holds(const Items& items, const Uuid& id) {
 
 /// The day a number of days before another; nothing where no key could name it.
 std::string keyOfEarlierDay(CalendarDay day, std::int64_t days) {
-    constexpr std::int64_t farthest = 10'000 * 366; // more days than have keys
+    constexpr std::int64_t farthest = std::int64_t{10'000} * 366; // more days than have keys
     if (days > farthest) {
         return {};
     }

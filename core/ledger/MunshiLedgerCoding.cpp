@@ -73,8 +73,7 @@ Json jsonOf(const std::vector<MunshiItem>& items) {
 }
 
 Instant dateFrom(const JsonFields& fields, const char* key) {
-    return storedInstant(
-        instantFromJson(fields.value(key), fields.pathOf(key), JsonDateForm::iso8601));
+    return storedInstant(instantFromJson(fields.value(key), fields.pathOf(key), JsonDateForm::iso8601));
 }
 
 /// A number of days of any size, drawn into 64 bits: whoever wrote 10^30 meant "a lot".
@@ -133,8 +132,8 @@ std::vector<MunshiItem> itemsFrom(const JsonFields& fields, const char* key) {
     std::vector<MunshiItem> items;
     items.reserve(list.size());
     for (const Json& value : list) {
-        items.push_back(itemFrom(JsonFields(value, fields.pathOf(key) + "[" + std::to_string(items.size()) +
-                                                       "]")));
+        items.push_back(
+            itemFrom(JsonFields(value, fields.pathOf(key) + "[" + std::to_string(items.size()) + "]")));
     }
     return items;
 }

@@ -14,6 +14,10 @@ constexpr std::array<std::string_view, 8> lineBreaks{"\r\n", "\n",       "\r",  
 
 /// How many bytes the line break takes with which the text begins; 0 when it begins with none.
 std::size_t lineBreakAt(std::string_view text) {
+    constexpr std::string_view firstBytes = "\r\n\v\f\xC2\xE2";
+    if (text.empty() || firstBytes.find(text.front()) == std::string_view::npos) {
+        return 0; // nearly always
+    }
     for (const std::string_view lineBreak : lineBreaks) {
         if (text.starts_with(lineBreak)) {
             return lineBreak.size();
@@ -38,7 +42,8 @@ std::string_view bytePrefix(std::string_view text, std::size_t count) {
     if (text.size() <= count) {
         return text;
     }
-    while (count > 0 && (text[count] & 0xC0) == 0x80) {
+    constexpr int longestTail = 3;
+    for (int tail = 0; tail < longestTail && (text[count] & 0xC0) == 0x80; ++tail) {
         --count;
     }
     return text.substr(0, count);
@@ -47,7 +52,10 @@ std::string_view bytePrefix(std::string_view text, std::size_t count) {
 } // namespace
 
 std::optional<MunshiLine> MunshiLine::parse(std::string_view raw) {
-    MunshiLine line{trimmed(withoutLineBreaks(raw)), MunshiItem::Kind::task};
+    // However much was pasted, this holds the bullet and everything that can be kept.
+    constexpr std::size_t enough = 2 * maximumBytes;
+    const std::string whole = trimmed(raw);
+    MunshiLine line{withoutLineBreaks(bytePrefix(whole, enough)), MunshiItem::Kind::task};
     // The whole first character is compared: a dash under a mark is a letter of somebody's, not a bullet.
     const std::string first = characterPrefix(line.text, 1);
     if (first == "-" || first == "\u2022") {
@@ -58,7 +66,9 @@ std::optional<MunshiLine> MunshiLine::parse(std::string_view raw) {
 }
 
 std::string MunshiLine::bounded(std::string_view text) {
-    return characterPrefix(wellFormed(bytePrefix(withoutLineBreaks(text), maximumBytes)), maximumCharacters);
+    // Bytes that are no text grow when they are replaced, so the limit is held against the result too.
+    const std::string line = wellFormed(withoutLineBreaks(bytePrefix(text, maximumBytes)));
+    return characterPrefix(bytePrefix(line, maximumBytes), maximumCharacters);
 }
 
 std::vector<std::string> munshiLines(std::string_view text, std::size_t atMost) {

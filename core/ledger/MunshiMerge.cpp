@@ -245,7 +245,7 @@ private:
     Index mineIndex_;
     Index theirIndex_;
     Index result_;
-    Index secondTexts_;               ///< their text of a line, by the line's id
+    Index secondTexts_;              ///< their text of a line, by the line's id
     std::map<Uuid, Uuid> secondIds_; ///< the id that their text got
     MunshiMerge merge_;
 };

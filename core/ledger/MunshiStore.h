@@ -41,10 +41,12 @@ struct SavedLedger {
 class MunshiStore {
 public:
     static constexpr std::size_t sizeLimit = 64'000'000; ///< bytes; a larger file cannot be understood
-    static constexpr std::string_view fileName = "ledger.json";
 
-    /// `url` is the file. `files` must outlive the store.
+    /// `url` is the file, `SupportFolders::ledgerFile()` usually. `files` must outlive the store.
     MunshiStore(FileOperations& files, std::filesystem::path url);
+
+    /// Makes what the file shall hold of what it holds; nothing is held where no file stands.
+    using Change = std::function<MunshiLedger(const std::optional<MunshiLedger>& held)>;
 
     const std::filesystem::path& url() const { return url_; }
 
@@ -56,13 +58,13 @@ public:
     /// missing. Throws `FileError`; the file that stood there stands then, or was moved aside as corrupt.
     void save(const MunshiLedger& ledger) const;
     /// Saves `mine` beside other programs: under a lock that they take too, and merged with what the file
-    /// holds when that is no longer `base`, looked at once more just before it is replaced. Nothing is written,
-    /// and nothing returned, while another program is saving: try again a moment later. Throws `FileError`.
+    /// holds when that is no longer `base`, looked at once more just before it is replaced. Nothing is
+    /// written, and nothing returned, while another program is saving: try again a moment later. Throws
+    /// `FileError`.
     std::optional<SavedLedger> merge(const MunshiLedger& mine, const MunshiLedger& base, Instant now,
                                      const Calendar& calendar) const;
-    /// Lets `change` turn what the file holds (an absent one holds nothing) into what it shall hold, on the
-    /// same terms; it may be asked more than once. What `change` throws passes through, with nothing written.
-    using Change = std::function<MunshiLedger(const std::optional<MunshiLedger>& held)>;
+    /// Saves what `change` makes of the file, on the same terms. It may be asked more than once, and what it
+    /// throws passes through with nothing written.
     std::optional<SavedLedger> update(const Change& change) const;
     /// What the file holds, as it stands; nothing when there is none. Changes nothing. Throws `FileError` and
     /// `JsonError`.
@@ -83,8 +85,15 @@ public:
     static MunshiLedger asStored(MunshiLedger ledger);
 
 private:
+    struct Found;
+
     std::optional<std::string> text() const;
+    Found findOrPreserve() const;
+    bool stillHolds(const std::optional<std::string>& text) const;
+    std::optional<int> takeLock() const;
+    std::string preserveUnderLock() const;
     void makeFolder() const;
+    void write(const std::string& text) const;
 
     FileOperations& files_;
     std::filesystem::path url_;

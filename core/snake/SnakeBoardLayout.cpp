@@ -11,10 +11,6 @@ namespace {
 
 constexpr double defaultArtUnit = 2;
 
-double forcedSide(double side) {
-    return std::isfinite(side) && side > 0 ? side : 0;
-}
-
 /// How the screen's pixels carry the art.
 struct PixelScale {
     double perPoint;
@@ -36,32 +32,35 @@ private:
     double snapped(double unit) const { return std::max(1.0, roundedHalfAway(unit * perPoint)); }
 };
 
-/// How many tiles fit. Counted in pixels, where a screen that is a whole number of tiles wide is exactly
-/// that.
-int tilesIn(double side, const PixelScale& pixels) {
-    const double tiles = std::floor(side * pixels.perPoint / pixels.perTile());
-    return static_cast<int>(std::min<double>(tiles, SnakeGame::largestSide));
-}
+/// One side of the board.
+struct Span {
+    double origin;
+    double length;
+    int tiles;
+};
 
-double centredOrigin(double side, double boardSide, double scale) {
-    const double onPixel = std::floor((side - boardSide) / 2 * scale) / scale;
-    return std::isfinite(onPixel) ? onPixel : 0;
+/// Reckoned in pixels to the end: in points, a window that is a whole number of tiles wide could come out a
+/// trifle less.
+Span spanIn(double side, const PixelScale& pixels) {
+    const double asked = side * pixels.perPoint;
+    const double room = std::isfinite(asked) && asked > 0 ? asked : 0;
+    const double tiles = std::min<double>(std::floor(room / pixels.perTile()), SnakeGame::largestSide);
+    const double length = tiles * pixels.perTile();
+    const double origin = std::floor((room - length) / 2);
+    return {origin / pixels.perPoint, length / pixels.perPoint, static_cast<int>(tiles)};
 }
 
 } // namespace
 
 SnakeBoardLayout::SnakeBoardLayout(Size size, double wishedUnit, double backingScale) {
     const PixelScale pixels(wishedUnit, backingScale);
-    const double width = forcedSide(size.width);
-    const double height = forcedSide(size.height);
+    const Span across = spanIn(size.width, pixels);
+    const Span upwards = spanIn(size.height, pixels);
     artUnit = pixels.perArtUnit / pixels.perPoint;
     tile = artUnit * artUnitsPerTile;
-    columns = tilesIn(width, pixels);
-    rows = tilesIn(height, pixels);
-    frame.width = columns * tile;
-    frame.height = rows * tile;
-    frame.x = centredOrigin(width, frame.width, pixels.perPoint);
-    frame.y = centredOrigin(height, frame.height, pixels.perPoint);
+    frame = {across.origin, upwards.origin, across.length, upwards.length};
+    columns = across.tiles;
+    rows = upwards.tiles;
 }
 
 bool SnakeBoardLayout::fitsGame() const {

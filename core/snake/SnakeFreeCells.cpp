@@ -32,11 +32,6 @@ SnakeFreeCells::SnakeFreeCells(int columns, int rows)
     : columns_(std::max(columns, 1)), rows_(std::max(rows, 1)), size_(columns_ * rows_),
       wordsPerRow_((columns_ + bitsPerWord - 1) / bitsPerWord),
       words_(asIndex(wordsPerRow_) * asIndex(rows_), ~std::uint64_t{0}), counts_(asIndex(rows_) + 1, 0) {
-    if (const int used = columns_ % bitsPerWord; used != 0) {
-        for (int y = 0; y < rows_; ++y) {
-            words_[wordAt({columns_ - 1, y})] = (std::uint64_t{1} << used) - 1;
-        }
-    }
     for (int row = 1; row <= rows_; ++row) {
         counts_[asIndex(row)] = (row & -row) * columns_;
     }

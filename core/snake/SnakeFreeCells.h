@@ -41,8 +41,10 @@ private:
     int rows_;
     int size_;
     int wordsPerRow_;
-    std::vector<std::uint64_t> words_; ///< a set bit is a free cell; each row begins a new word
-    std::vector<int> counts_;          ///< the tree: entry i holds the free cells of the i & -i rows below i
+    /// A set bit is a free cell. Each row begins a new word; the bits beyond its end are never reached.
+    std::vector<std::uint64_t> words_;
+    /// The tree: entry i holds the free cells of the i & -i rows below i.
+    std::vector<int> counts_;
 };
 
 } // namespace FellowCore

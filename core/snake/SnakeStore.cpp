@@ -1,7 +1,6 @@
 #include "core/snake/SnakeStore.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -50,9 +49,6 @@ void SnakeStore::setRampAsEating(bool on) {
 }
 
 void SnakeStore::setBackdropDim(double dim) {
-    if (!std::isfinite(dim)) {
-        return;
-    }
     const double before = backdropDim();
     preferences_.setNumber(dimKey, std::clamp(dim, 0.0, darkestDim));
     postIf(backdropDim() != before);

@@ -40,7 +40,7 @@ public:
     void setSounds(bool on);
     void setSpeed(SnakeSpeed speed);
     void setRampAsEating(bool on);
-    /// A number that is not finite changes nothing.
+    /// What is not a number changes nothing.
     void setBackdropDim(double dim);
 
     /// Keeps the score if it is above the best one, and says whether it was.

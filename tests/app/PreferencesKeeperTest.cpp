@@ -86,15 +86,6 @@ TEST_F(PreferencesKeeperTest, AFileThatCannotBeReadIsNeverWritten) {
     EXPECT_THAT(desk.failures, IsEmpty());
 }
 
-TEST_F(PreferencesKeeperTest, AFileThatCannotBeUnderstoodIsKeptBesideTheNewOne) {
-    TestSupport::writeBytes(path, "{\"who\":");
-    EXPECT_THAT(make().loadProblem().value_or(""), HasSubstr("moved to"));
-    keeper->preferences().setString("who", "bee");
-    keeper.reset();
-    EXPECT_THAT(written(), HasSubstr("bee"));
-    EXPECT_EQ(TestSupport::bytesOf(path.string() + ".corrupt"), "{\"who\":");
-}
-
 TEST_F(PreferencesKeeperTest, AFailedWriteIsToldAndTriedAgainWithTheNextChange) {
     make().preferences().setString("who", "moth");
     std::filesystem::create_directories(path); // no file can take a folder's place

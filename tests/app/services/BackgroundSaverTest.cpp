@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <latch>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -12,101 +14,73 @@ namespace DeskSprites {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-/// A saver whose queue can be held up, with what it wrote and what it said. Both are touched on the queue
-/// only, and read after `flush`.
-struct Saves {
+/// A saver that notes what it wrote and what it said. Both are touched on its queue only, and read after
+/// `flush`.
+class BackgroundSaverTest : public testing::Test {
+protected:
     std::vector<std::string> written;
     std::vector<std::string> failures;
-    BackgroundSaver saver{[this](const std::string& line) { failures.push_back(line); }};
+    std::optional<BackgroundSaver> saver;
 
-    void save(const std::string& store, const std::string& value) {
-        saver.save(store, "could not save " + store,
-                   [this, store, value] { written.push_back(store + "=" + value); });
+    void SetUp() override {
+        saver.emplace([this](const std::string& line) { failures.push_back(line); });
     }
-    /// Holds the queue up until the latch opens.
-    void block(std::latch& until) {
-        std::latch begun(1);
-        saver.save("block", "", [&begun, &until] {
-            begun.count_down();
+    void save(const std::string& store, const std::string& value) {
+        saver->save(store, "Moth could not save its timer", [this, value] { written.push_back(value); });
+    }
+    /// Saves a store and returns while its write is under way, which lasts until the latch opens.
+    void saveSlowly(const std::string& store, std::latch& until) {
+        const auto begun = std::make_shared<std::latch>(1);
+        saver->save(store, "", [begun, &until] {
+            begun->count_down();
             until.wait();
         });
-        begun.wait();
+        begun->wait();
     }
 };
 
-TEST(BackgroundSaverTest, OfWhatWaitsOnlyTheLatestOfEachStoreIsWritten) {
-    Saves saves;
+TEST_F(BackgroundSaverTest, OfWhatWaitsOnlyTheLatestOfEachStoreIsWritten) {
     std::latch open(1);
-    saves.block(open);
+    saveSlowly("slow", open);
+    // The two fail with one sentence, as two packs of one name do, and are two stores all the same.
     for (int i = 0; i < 100; ++i) {
-        saves.save("timer", std::to_string(i));
-        saves.save("settings", std::to_string(-i));
+        save("a/focus-timer.json", "a" + std::to_string(i));
+        save("b/focus-timer.json", "b" + std::to_string(i));
     }
     open.count_down();
-    saves.saver.flush();
-    EXPECT_THAT(saves.written, ElementsAre("timer=99", "settings=-99"));
-    saves.save("timer", "100");
-    saves.saver.flush();
-    EXPECT_THAT(saves.written, ElementsAre("timer=99", "settings=-99", "timer=100"));
+    saver->flush();
+    save("a/focus-timer.json", "a100");
+    saver->flush();
+    EXPECT_THAT(written, ElementsAre("a99", "b99", "a100"));
 }
 
-TEST(BackgroundSaverTest, AStateThatComesWhileTheSameStoreIsWrittenIsNotLost) {
-    Saves saves;
-    std::latch begun(1);
+TEST_F(BackgroundSaverTest, AStateThatComesWhileItsStoreIsWrittenIsNotLost) {
     std::latch open(1);
-    saves.saver.save("timer", "", [&] {
-        begun.count_down();
-        open.wait();
-        saves.written.push_back("first");
-    });
-    begun.wait();
-    saves.save("timer", "second");
+    saveSlowly("timer", open);
+    save("timer", "second");
     open.count_down();
-    saves.saver.flush();
-    EXPECT_THAT(saves.written, ElementsAre("first", "timer=second"));
+    saver->flush();
+    EXPECT_THAT(written, ElementsAre("second"));
 }
 
-TEST(BackgroundSaverTest, TwoStoresWithOneSentenceAreBothWritten) {
-    Saves saves;
+TEST_F(BackgroundSaverTest, AFailureIsToldAndTheNextSaveIsTriedAllTheSame) {
+    saver->save("timer", "Batti could not save its timer", [] { throw std::runtime_error("disk full"); });
+    saver->flush();
+    save("timer", "later");
+    saver->flush();
+    EXPECT_THAT(failures, ElementsAre("Batti could not save its timer: disk full"));
+    EXPECT_THAT(written, ElementsAre("later"));
+}
+
+TEST_F(BackgroundSaverTest, TheEndWritesWhatStillWaits) {
     std::latch open(1);
-    saves.block(open);
-    // Two packs may bear one name, and so fail with one sentence.
-    saves.saver.save("a/focus-timer.json", "Moth could not save its timer",
-                     [&] { saves.written.push_back("a"); });
-    saves.saver.save("b/focus-timer.json", "Moth could not save its timer",
-                     [&] { saves.written.push_back("b"); });
-    open.count_down();
-    saves.saver.flush();
-    EXPECT_THAT(saves.written, ElementsAre("a", "b"));
-}
-
-TEST(BackgroundSaverTest, AFailureIsToldAndTheNextSaveIsTriedAllTheSame) {
-    Saves saves;
-    saves.saver.save("timer", "Batti could not save its timer",
-                     [] { throw std::runtime_error("disk full"); });
-    saves.saver.flush();
-    saves.save("timer", "later");
-    saves.saver.flush();
-    EXPECT_THAT(saves.failures, ElementsAre("Batti could not save its timer: disk full"));
-    EXPECT_THAT(saves.written, ElementsAre("timer=later"));
-}
-
-TEST(BackgroundSaverTest, TheEndWritesWhatStillWaits) {
-    std::vector<std::string> written;
-    {
-        Saves saves;
-        std::latch open(1);
-        saves.block(open);
-        saves.saver.save("timer", "", [&written] { written.push_back("timer"); });
-        std::thread opener([&open] { open.count_down(); });
-        saves.saver.flush();
-        opener.join();
-        EXPECT_THAT(saves.failures, IsEmpty());
-        saves.saver.save("settings", "", [&written] { written.push_back("settings"); });
-    }
-    EXPECT_THAT(written, ElementsAre("timer", "settings"));
+    saveSlowly("slow", open);
+    save("timer", "last");
+    std::thread opener([&open] { open.count_down(); });
+    saver.reset();
+    opener.join();
+    EXPECT_THAT(written, ElementsAre("last"));
 }
 
 } // namespace

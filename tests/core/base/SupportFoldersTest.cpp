@@ -29,6 +29,7 @@ TEST(SupportFolders, FollowTheEnvironmentEachOnItsOwn) {
                                   .configHome = "/f",
                                   .runtimeDir = "/run/user/7"});
     EXPECT_EQ(folders.focusTimerFile("batti"), "/d/DeskSprites/sprites/batti/focus-timer.json");
+    EXPECT_EQ(folders.ledgerFile(), "/d/DeskSprites/sprites/munshi/ledger.json");
     EXPECT_EQ(folders.cache(), "/c/deskfellow");
     EXPECT_EQ(folders.preferencesFile(), "/f/deskfellow/preferences.json");
     EXPECT_EQ(folders.autostartFolder(), "/f/autostart");

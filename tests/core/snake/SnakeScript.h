@@ -3,6 +3,7 @@
 #include "core/snake/SnakeGame.h"
 
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 namespace FellowCore {
