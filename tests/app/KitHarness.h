@@ -40,11 +40,17 @@ inline bool showStill(Bubble& bubble) {
 }
 
 /// Gives a shown bubble the keyboard, as a click into it would. Qt forgets a hidden window's focus only after
-/// a while.
+/// a while. A window manager that is still busy with the last window may drop the wish, so it is repeated.
 inline bool activate(Bubble& bubble) {
     waitUntil([] { return QGuiApplication::focusWindow() == nullptr; });
-    Platform::activateBubbleWindow(bubble);
-    return waitUntil([&bubble] { return bubble.isActiveWindow(); });
+    int looks = 0;
+    return waitUntil([&bubble, &looks] {
+        constexpr int looksBetweenWishes = 20;
+        if (!bubble.isActiveWindow() && looks++ % looksBetweenWishes == 0) {
+            Platform::activateBubbleWindow(bubble);
+        }
+        return bubble.isActiveWindow();
+    });
 }
 
 inline void key(QWidget& window, int code, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
