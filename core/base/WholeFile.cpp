@@ -169,6 +169,18 @@ std::string readWholeFile(FileOperations& files, const Path& path, std::size_t l
     }
 }
 
+void makeFolderOf(FileOperations& files, const std::filesystem::path& path) {
+    const std::filesystem::path folder = path.parent_path();
+    if (folder.empty()) {
+        return;
+    }
+    try {
+        files.makeFolders(folder);
+    } catch (const std::system_error& error) {
+        throw FileError(FileError::Kind::notWritable, folder, error.code().message());
+    }
+}
+
 void writeWholeFile(FileOperations& files, const Path& path, std::string_view bytes, FileMode mode) {
     try {
         replaceWhole(files, path, bytes, mode);

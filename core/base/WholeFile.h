@@ -28,6 +28,10 @@ enum class FileMode {
 void writeWholeFile(FileOperations& files, const std::filesystem::path& path, std::string_view bytes,
                     FileMode mode = FileMode::keep);
 
+/// Makes the folder that the file is to stand in, and its parents. Blocks. Throws `FileError` (notWritable)
+/// when it cannot be made.
+void makeFolderOf(FileOperations& files, const std::filesystem::path& path);
+
 /// Moves a file that cannot be understood out of the way, to "NAME.corrupt", "NAME.corrupt-2", ... in the
 /// same folder, never over another file, and returns where it went. Throws `FileError` (notWritable) when it
 /// cannot be moved.

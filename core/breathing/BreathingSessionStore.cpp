@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 namespace FellowCore {
@@ -85,13 +84,7 @@ void BreathingSessionStore::save(const BreathingSession& session, Instant at) co
 }
 
 void BreathingSessionStore::write(std::string_view text) const {
-    if (const auto folder = url_.parent_path(); !folder.empty()) {
-        try {
-            files_.makeFolders(folder);
-        } catch (const std::system_error& error) {
-            throw FileError(FileError::Kind::notWritable, folder, error.code().message());
-        }
-    }
+    makeFolderOf(files_, url_);
     writeWholeFile(files_, url_, text, FileMode::keep);
 }
 

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 namespace FellowCore {
@@ -99,13 +98,7 @@ void FocusTimerStore::save(const FocusTimer& timer) const {
 }
 
 void FocusTimerStore::write(std::string_view text) const {
-    if (const auto folder = url_.parent_path(); !folder.empty()) {
-        try {
-            files_.makeFolders(folder);
-        } catch (const std::system_error& error) {
-            throw FileError(FileError::Kind::notWritable, folder, error.code().message());
-        }
-    }
+    makeFolderOf(files_, url_);
     writeWholeFile(files_, url_, text, FileMode::keep);
 }
 
