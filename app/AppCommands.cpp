@@ -271,12 +271,26 @@ bool AppController::cuesAreMuted(const DesktopCharacter* from) const {
     return from && from == batti_ && !batti_->sounds();
 }
 
-void AppController::playInterfaceSound(InterfaceSoundCue cue, const DesktopCharacter* from) {
+void AppController::perform(const std::string& id, const QString& action) {
+    DesktopCharacter* character = stage_.find(id);
+    if (!character || !stage_.host().isAvailable(id)) {
+        return;
+    }
+    const std::vector<QuickAction> offered = character->presentation().actions;
+    const auto found = std::ranges::find(offered, action, &QuickAction::id);
+    if (found != offered.end() && found->enabled && found->onPress) {
+        found->onPress();
+    } else {
+        qWarning("%s cannot do \"%s\" now.", id.c_str(), qUtf8Printable(action.left(100)));
+    }
+}
+
+void AppController::playInterfaceSound(InterfaceSoundCue cue, const DesktopCharacter* from, double volume) {
     const DesktopCharacter* source = from ? from : stage_.active();
     const FellowCore::Rect art = source ? source->geometry().artwork : FellowCore::Rect{};
     const auto screen = source ? source->screen() : std::nullopt;
     interfaceAudio_.play(cue, {art.midX(), art.midY()}, screen ? screen->frame : FellowCore::Rect{}, false,
-                         cuesAreMuted(source), 1);
+                         cuesAreMuted(source), volume);
 }
 
 } // namespace DeskSprites

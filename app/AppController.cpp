@@ -1,6 +1,6 @@
 #include "app/AppController.h"
 
-#include "app/characters/manifest/ManifestCharacterController.h"
+#include "app/characters/CharacterJobs.h"
 #include "app/roster/BattiLamps.h"
 #include "app/roster/Icons.h"
 #include "core/art/CharacterBuildPolicy.h"
@@ -37,6 +37,16 @@ FellowCore::CharacterBuildPolicy readPolicy(FellowCore::FileOperations& files,
     }
 }
 
+ShortcutPurpose togglePurpose() {
+    return {"toggle",
+            std::string(Keys::shortcutKey),
+            std::string(Keys::shortcutModifiers),
+            std::string(Keys::shortcutLabel),
+            {Qt::Key_B, static_cast<int>(Qt::ControlModifier | Qt::AltModifier)},
+            QCoreApplication::translate("ShortcutKeeper", "Another program already uses %1, so it does not "
+                                                          "show and hide Deskfellow.")};
+}
+
 void reportSaveFailure(const std::string& line) {
     qWarning("%s", line.c_str());
 }
@@ -54,18 +64,23 @@ AppController::AppController(Platform::System& system, AppSurroundings surroundi
           },
           [&system] { return system.clock().monotonic(); }, surroundings_.playback),
       autostart_(files_, surroundings_.folders.autostartFolder(), surroundings_.executable),
-      shortcut_(keeper_.preferences(), system.shortcuts()), stage_(services_), placement_(stage_, services_),
-      arrangement_(stage_, placement_, services_), sizePreview_(placement_, services_), menus_(stage_, *this),
+      shortcuts_(keeper_.preferences(), system.shortcuts()),
+      toggleShortcut_(shortcuts_.add(togglePurpose(), [this] { toggleVisible(); })),
+      site_{services_, *this, shortcuts_, surroundings_.resources, surroundings_.plugins, {}, {}, {}, {}, {}},
+      stage_(services_), placement_(stage_, services_), arrangement_(stage_, placement_, services_),
+      sizePreview_(placement_, services_), menus_(stage_, *this),
       quickActions_(stage_, menus_, *this, services_), notices_(stage_, services_),
-      library_({stage_, *this, placement_, services_, interfaceAudio_, shortcut_, autostart_,
-                surroundings_.resources / "icon"}) {}
+      library_({stage_, *this, placement_, services_, interfaceAudio_, toggleShortcut_, autostart_,
+                surroundings_.resources / "icon", site_}) {}
 
 AppController::~AppController() = default;
 
 void AppController::applicationDidFinishLaunching(const QStringList& arguments) {
     FellowCore::SettingsPersistence::migrate(services_.preferences);
+    wireSite();
     buildCharacters();
     wireServices();
+    wireSession();
     restoreDesktop();
     handleArguments(arguments);
     // What no one can see yet waits until the first character stands.
@@ -76,6 +91,25 @@ void AppController::applicationDidFinishLaunching(const QStringList& arguments) 
             tellProblems();
         },
         Qt::QueuedConnection);
+}
+
+void AppController::wireSite() {
+    site_.playSound = [this](InterfaceSoundCue cue, const DesktopCharacter& from, double volume) {
+        playInterfaceSound(cue, &from, volume);
+    };
+    site_.tell = [this](const QString& sentence) { notices_.tell(sentence); };
+    site_.obstacles = [this](const DesktopCharacter& of) {
+        std::vector<FellowCore::Rect> windows = stage_.attachmentObstacles(of);
+        const std::vector<FellowCore::Rect> actions = quickActions_.obstacles();
+        windows.insert(windows.end(), actions.begin(), actions.end());
+        return windows;
+    };
+    site_.dismissActions = [this] { dismissAllActions(); };
+    site_.presentActions = [this](DesktopCharacter& character) {
+        if (character.isShown() && stage_.active() == &character && !library_.isVisible()) {
+            quickActions_.present(character);
+        }
+    };
 }
 
 void AppController::buildCharacters() {
@@ -95,7 +129,7 @@ void AppController::buildCharacters() {
 
 void AppController::makeCharacter(const Companion& companion) {
     if (companion.rawValue() != battiID) {
-        wire(stage_.add(std::make_unique<ManifestCharacterController>(companion, services_)));
+        wire(stage_.add(makeDesktopCharacter(companion, site_)));
         return;
     }
     auto batti = std::make_unique<BattiController>(
@@ -108,7 +142,9 @@ void AppController::makeCharacter(const Companion& companion) {
 void AppController::wire(DesktopCharacter& character) {
     character.onClick = [this, &character] {
         focus(character.identifier());
-        quickActions_.toggle(character);
+        if (!character.clicked()) {
+            quickActions_.toggle(character);
+        }
     };
     character.onMoved = [this, &character](MovePhase phase) { moved(character, phase); };
     character.onResize = [this, &character](int notches) { stepSize(character, notches); };
@@ -127,11 +163,7 @@ void AppController::wire(DesktopCharacter& character) {
 
 void AppController::wireBatti(BattiController& batti) {
     batti.onCue = [this, &batti](InterfaceSoundCue cue) { playInterfaceSound(cue, &batti); };
-    batti.onPhaseEnded = [this, &batti] {
-        if (batti.isShown() && stage_.active() == &batti && !library_.isVisible()) {
-            quickActions_.present(batti);
-        }
-    };
+    batti.onPhaseEnded = [this, &batti] { site_.presentActions(batti); };
 }
 
 void AppController::wireServices() {
@@ -144,8 +176,6 @@ void AppController::wireServices() {
     quickActions_.onOpened = [this] { playInterfaceSound(InterfaceSoundCue::open, quickActions_.openFor()); };
     quickActions_.onClosed = [this] { playInterfaceSound(InterfaceSoundCue::close); };
 
-    system_.session().onWillSleep = [this] { willSleep(); };
-    system_.session().onDidWake = [this] { didWake(); };
     system_.screens().onChange = [this] { screenChanged(); };
     system_.motion().onChange = [this] {
         for (const auto& character : stage_.all()) {
@@ -153,10 +183,19 @@ void AppController::wireServices() {
         }
         library_.refreshLibrary();
     };
-    system_.shortcuts().onPressed = [this](const std::string&) { toggleVisible(); };
-    if (const auto refusal = shortcut_.registerHotKey()) {
-        startProblems_.push_back(*refusal);
-    }
+    startProblems_ = shortcuts_.registerAll();
+}
+
+void AppController::wireSession() {
+    const auto locked = [this] {
+        for (const auto& character : stage_.all()) {
+            character->screenLocked();
+        }
+    };
+    system_.session().onWillSleep = [this] { willSleep(); };
+    system_.session().onDidWake = [this] { didWake(); };
+    system_.session().onLocked = locked;
+    system_.session().onSessionInactive = locked;
 }
 
 void AppController::restoreDesktop() {
@@ -268,6 +307,8 @@ void AppController::handleControlEvent(const QString& url) {
         select(subject);
     } else if (link.host() == QLatin1String("bring")) {
         bringOut(subject);
+    } else if (link.host() == QLatin1String("do")) {
+        perform(subject, link.path().section(QLatin1Char('/'), 2, 2));
     } else if (link.host() == QLatin1String("toggle")) {
         toggleVisible();
     } else if (const auto edge = FellowCore::ArrangeLayout::edgeFromRawValue(subject);
@@ -296,7 +337,7 @@ void AppController::applicationWillTerminate() {
     if (batti_) {
         batti_->persist();
     }
-    shortcut_.release();
+    shortcuts_.releaseAll();
     keeper_.saveNow();
     saver_.flush();
 }

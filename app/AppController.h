@@ -3,12 +3,13 @@
 #include "app/characters/batti/BattiController.h"
 #include "app/desktop/Arrangement.h"
 #include "app/desktop/CharacterMenus.h"
+#include "app/desktop/CharacterSite.h"
 #include "app/desktop/CharacterStage.h"
 #include "app/desktop/DesktopCommands.h"
 #include "app/desktop/DesktopPlacement.h"
 #include "app/desktop/Notices.h"
 #include "app/desktop/QuickActions.h"
-#include "app/desktop/ShortcutKeeper.h"
+#include "app/desktop/ShortcutBoard.h"
 #include "app/desktop/SizeSlider.h"
 #include "app/roster/Companion.h"
 #include "app/services/InterfaceAudio.h"
@@ -86,16 +87,21 @@ private:
     void makeCharacter(const Companion& companion);
     void wire(DesktopCharacter& character);
     void wireBatti(BattiController& batti);
+    void wireSite();
     void wireServices();
+    void wireSession();
     void restoreDesktop();
     void tellProblems();
     void handleArguments(const QStringList& arguments);
     void showControls(const std::string& id);
     void createMenuBar();
+    /// Presses one of a character's own actions, whether it is on the desktop or not.
+    void perform(const std::string& id, const QString& action);
     void anchorDesktopAttachments();
     void dismissAllActions();
     void collectionChanged();
-    void playInterfaceSound(FellowCore::InterfaceSoundCue cue, const DesktopCharacter* from = nullptr);
+    void playInterfaceSound(FellowCore::InterfaceSoundCue cue, const DesktopCharacter* from = nullptr,
+                            double volume = 1);
     bool cuesAreMuted(const DesktopCharacter* from) const;
 
     Platform::System& system_;
@@ -106,7 +112,9 @@ private:
     DesktopServices services_;
     InterfaceAudio interfaceAudio_;
     Platform::Autostart autostart_;
-    ShortcutKeeper shortcut_;
+    ShortcutBoard shortcuts_;
+    ShortcutKeeper& toggleShortcut_;
+    CharacterSite site_;
     CharacterStage stage_;
     DesktopPlacement placement_;
     Arrangement arrangement_;

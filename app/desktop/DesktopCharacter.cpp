@@ -87,7 +87,11 @@ CharacterGeometry DesktopCharacter::geometry() const {
 }
 
 std::vector<Rect> DesktopCharacter::obstacles() const {
-    return shown_ ? std::vector{geometry().artwork} : std::vector<Rect>{};
+    std::vector<Rect> all = attachments();
+    if (shown_) {
+        all.push_back(geometry().artwork);
+    }
+    return all;
 }
 
 std::optional<ScreenInfo> DesktopCharacter::screen() const {

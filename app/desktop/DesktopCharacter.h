@@ -48,8 +48,10 @@ public:
     virtual QImage portrait() const;
 
     CharacterGeometry geometry() const;
-    /// Every window of the character, for bubbles to avoid.
-    virtual std::vector<FellowCore::Rect> obstacles() const;
+    /// The character's own panels and cues that are open, in screen coordinates.
+    virtual std::vector<FellowCore::Rect> attachments() const { return {}; }
+    /// Every window of the character, for bubbles of others to avoid.
+    std::vector<FellowCore::Rect> obstacles() const;
     /// The screen that shows most of the character, or the main one. Nothing only while no monitor is
     /// connected.
     std::optional<Platform::ScreenInfo> screen() const;
@@ -76,8 +78,13 @@ public:
     /// Remembers where the window stands; throttled to once a second unless forced.
     void saveFrame(FrameSave when);
 
+    /// A click on the art. True when the character has used it up, as to close its own panel; otherwise its
+    /// quick actions open.
+    virtual bool clicked() { return false; }
     virtual void willSleep() {}
     virtual void didWake() {}
+    /// The screen was locked, or the session went to the background.
+    virtual void screenLocked() {}
     /// The desktop's or the character's own wish for less motion has changed.
     virtual void motionChanged() {}
 

@@ -68,6 +68,8 @@ FellowCore::BubblePlacement Notices::placement(const DesktopCharacter& character
     const auto screen = character.screen();
     const FellowCore::Size size = controlBubble_->preferredSize();
     std::vector<FellowCore::Rect> avoiding = stage_.attachmentObstacles(character);
+    const std::vector<FellowCore::Rect> own = character.attachments();
+    avoiding.insert(avoiding.end(), own.begin(), own.end());
     if (obstacles) {
         const std::vector<FellowCore::Rect> more = obstacles();
         avoiding.insert(avoiding.end(), more.begin(), more.end());

@@ -134,9 +134,12 @@ std::vector<FellowCore::Rect> QuickActions::obstacles() const {
 FellowCore::BubblePlacement QuickActions::placement() const {
     const CharacterGeometry stands = character_->geometry();
     const auto screen = character_->screen();
-    return FellowCore::CharacterActionsLayout::resolve(
-        stands.artwork, stands.faceY, screen ? screen->visibleFrame : stands.artwork, panel_->preferredSize(),
-        stage_.attachmentObstacles(*character_));
+    std::vector<FellowCore::Rect> avoiding = stage_.attachmentObstacles(*character_);
+    const std::vector<FellowCore::Rect> own = character_->attachments();
+    avoiding.insert(avoiding.end(), own.begin(), own.end());
+    return FellowCore::CharacterActionsLayout::resolve(stands.artwork, stands.faceY,
+                                                       screen ? screen->visibleFrame : stands.artwork,
+                                                       panel_->preferredSize(), avoiding);
 }
 
 QuickActionsContent QuickActions::content(DesktopCharacter& character) const {

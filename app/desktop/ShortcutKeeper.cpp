@@ -1,21 +1,14 @@
 #include "app/desktop/ShortcutKeeper.h"
 
-#include "core/host/PreferenceKeys.h"
-
-#include <QCoreApplication>
-
 #include <limits>
+#include <utility>
 
 namespace DeskSprites {
 
-namespace Keys = FellowCore::PreferenceKeys;
 using Platform::KeyCombination;
 using Platform::ShortcutResult;
 
 namespace {
-
-const char* const shortcutName = "toggle";
-const KeyCombination standardCombination{Qt::Key_B, static_cast<int>(Qt::ControlModifier | Qt::AltModifier)};
 
 int asInt(std::int64_t value) {
     const bool fits = value >= 0 && value <= std::numeric_limits<int>::max();
@@ -24,15 +17,17 @@ int asInt(std::int64_t value) {
 
 } // namespace
 
-ShortcutKeeper::ShortcutKeeper(FellowCore::Preferences& preferences, Platform::GlobalShortcuts& shortcuts)
-    : preferences_(preferences), shortcuts_(shortcuts) {}
+ShortcutKeeper::ShortcutKeeper(FellowCore::Preferences& preferences, Platform::GlobalShortcuts& shortcuts,
+                               ShortcutPurpose purpose, std::function<void()> onPressed)
+    : preferences_(preferences), shortcuts_(shortcuts), purpose_(std::move(purpose)),
+      onPressed_(std::move(onPressed)) {}
 
 KeyCombination ShortcutKeeper::saved() const {
-    const auto key = preferences_.integer(Keys::shortcutKey);
+    const auto key = preferences_.integer(purpose_.keyPreference);
     if (!key) {
-        return standardCombination;
+        return purpose_.standard;
     }
-    return {asInt(*key), asInt(preferences_.integer(Keys::shortcutModifiers).value_or(0))};
+    return {asInt(*key), asInt(preferences_.integer(purpose_.modifiersPreference).value_or(0))};
 }
 
 std::optional<QString> ShortcutKeeper::registerHotKey() {
@@ -40,36 +35,33 @@ std::optional<QString> ShortcutKeeper::registerHotKey() {
     if (!wanted.isValid()) {
         return std::nullopt; // the user cleared it
     }
-    const ShortcutResult result = shortcuts_.grab(shortcutName, wanted);
+    const ShortcutResult result = shortcuts_.grab(purpose_.name, wanted);
     supported_ = result != ShortcutResult::unsupported;
     if (result == ShortcutResult::taken) {
-        return QCoreApplication::translate("ShortcutKeeper",
-                                           "Another program already uses %1, so it does not "
-                                           "show and hide Deskfellow.")
-            .arg(wanted.label());
+        return purpose_.refusal.arg(wanted.label());
     }
     return std::nullopt;
 }
 
 ShortcutResult ShortcutKeeper::change(const KeyCombination& combination, const QString& label) {
-    const ShortcutResult result = shortcuts_.grab(shortcutName, combination);
+    const ShortcutResult result = shortcuts_.grab(purpose_.name, combination);
     if (result == ShortcutResult::registered) {
-        preferences_.setInteger(Keys::shortcutKey, combination.key);
-        preferences_.setInteger(Keys::shortcutModifiers, combination.modifiers);
-        preferences_.setString(Keys::shortcutLabel, label.toStdString());
+        preferences_.setInteger(purpose_.keyPreference, combination.key);
+        preferences_.setInteger(purpose_.modifiersPreference, combination.modifiers);
+        preferences_.setString(purpose_.labelPreference, label.toStdString());
     }
     return result;
 }
 
 void ShortcutKeeper::clear() {
     release();
-    preferences_.setInteger(Keys::shortcutKey, 0);
-    preferences_.setInteger(Keys::shortcutModifiers, 0);
-    preferences_.setString(Keys::shortcutLabel, {});
+    preferences_.setInteger(purpose_.keyPreference, 0);
+    preferences_.setInteger(purpose_.modifiersPreference, 0);
+    preferences_.setString(purpose_.labelPreference, {});
 }
 
 void ShortcutKeeper::release() {
-    shortcuts_.release(shortcutName);
+    shortcuts_.release(purpose_.name);
 }
 
 QString ShortcutKeeper::label() const {

@@ -52,7 +52,7 @@ QString nameOf(const LibraryState& state, const std::string& id) {
 
 } // namespace
 
-CharacterPane::CharacterPane(std::string id, const LibraryActions& actions, const SettingsForms& forms,
+CharacterPane::CharacterPane(std::string id, const LibraryActions& actions, const SettingsFormFactory& forms,
                              QWidget* parent)
     : LibraryPane(parent), id_(std::move(id)), actions_(actions) {
     addHeader();
@@ -155,12 +155,8 @@ void CharacterPane::addHabits() {
             [this](bool on) { call(actions_.onReducedMotion, id_, on); });
 }
 
-void CharacterPane::addOwnForm(const SettingsForms& forms) {
-    const auto found = forms.find(id_);
-    if (found == forms.end() || !found->second) {
-        return;
-    }
-    if (QWidget* form = found->second(column())) {
+void CharacterPane::addOwnForm(const SettingsFormFactory& forms) {
+    if (QWidget* form = forms ? forms(id_, column()) : nullptr) {
         add(form);
     }
 }

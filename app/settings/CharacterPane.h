@@ -14,7 +14,7 @@ class CharacterPane : public LibraryPane {
     Q_OBJECT
 public:
     /// The actions and forms must outlive the pane.
-    CharacterPane(std::string id, const LibraryActions& actions, const SettingsForms& forms,
+    CharacterPane(std::string id, const LibraryActions& actions, const SettingsFormFactory& forms,
                   QWidget* parent = nullptr);
     void showState(const LibraryState& state) override;
 
@@ -26,7 +26,7 @@ private:
     void addSize();
     void addTimer();
     void addHabits();
-    void addOwnForm(const SettingsForms& forms);
+    void addOwnForm(const SettingsFormFactory& forms);
 
     void showPlace(const LibraryState& state, const LibraryEntry& entry);
     void showButtons(const LibraryState& state);

@@ -1,5 +1,6 @@
 #include "app/settings/LibraryBridge.h"
 
+#include "app/characters/CharacterJobs.h"
 #include "app/characters/manifest/ManifestCharacterController.h"
 #include "app/roster/Icons.h"
 #include "core/art/DesktopSize.h"
@@ -42,7 +43,11 @@ void LibraryBridge::close() {
 
 void LibraryBridge::open(const std::optional<std::string>& pane) {
     if (!library_) {
-        library_ = std::make_unique<LibraryWindowController>(actions());
+        library_ = std::make_unique<LibraryWindowController>(
+            actions(), [this](const std::string& id, QWidget* parent) -> QWidget* {
+                DesktopCharacter* character = sources_.stage.find(id);
+                return character ? makeSettingsForm(*character, sources_.site, parent) : nullptr;
+            });
         library_->setRoster(roster());
     }
     refreshCollection();

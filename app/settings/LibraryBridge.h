@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/characters/batti/BattiController.h"
+#include "app/desktop/CharacterSite.h"
 #include "app/desktop/CharacterStage.h"
 #include "app/desktop/DesktopCommands.h"
 #include "app/desktop/DesktopPlacement.h"
@@ -24,6 +25,7 @@ struct LibrarySources {
     ShortcutKeeper& shortcut;
     Platform::Autostart& autostart;
     std::filesystem::path icons; ///< the folder of the program's icon
+    CharacterSite& site;
 };
 
 /// Brings the program's state to the settings window and the user's edits back.

@@ -15,7 +15,7 @@
 namespace DeskSprites {
 
 LibraryWindow::LibraryWindow(const LibraryState& state, const LibraryActions& actions,
-                             const SettingsForms& forms)
+                             const SettingsFormFactory& forms)
     : state_(state), actions_(actions), forms_(forms), list_(new LibraryList(this)),
       stack_(new QStackedWidget(this)) {
     setWindowTitle(QStringLiteral("Deskfellow"));

@@ -19,7 +19,7 @@ class LibraryWindow : public QWidget {
     Q_OBJECT
 public:
     /// State, actions and forms belong to the controller and must outlive the window.
-    LibraryWindow(const LibraryState& state, const LibraryActions& actions, const SettingsForms& forms);
+    LibraryWindow(const LibraryState& state, const LibraryActions& actions, const SettingsFormFactory& forms);
 
     /// Brings the whole window in line with the state.
     void refresh();
@@ -45,7 +45,7 @@ private:
 
     const LibraryState& state_;
     const LibraryActions& actions_;
-    const SettingsForms& forms_;
+    const SettingsFormFactory& forms_;
     LibraryList* list_;
     QStackedWidget* stack_;
     std::map<std::string, LibraryPane*> panes_;

@@ -4,7 +4,7 @@
 
 namespace DeskSprites {
 
-LibraryWindowController::LibraryWindowController(LibraryActions actions, SettingsForms forms)
+LibraryWindowController::LibraryWindowController(LibraryActions actions, SettingsFormFactory forms)
     : actions_(std::move(actions)), forms_(std::move(forms)) {}
 
 LibraryWindowController::~LibraryWindowController() {

@@ -18,7 +18,7 @@ class LibraryWindowController {
 public:
     static inline const std::string& generalPane = LibraryState::generalPane;
 
-    explicit LibraryWindowController(LibraryActions actions, SettingsForms forms = {});
+    explicit LibraryWindowController(LibraryActions actions, SettingsFormFactory forms = {});
     ~LibraryWindowController();
     LibraryWindowController(const LibraryWindowController&) = delete;
     LibraryWindowController& operator=(const LibraryWindowController&) = delete;
@@ -47,7 +47,7 @@ private:
     void refreshPane(const std::string& pane);
 
     LibraryActions actions_;
-    SettingsForms forms_;
+    SettingsFormFactory forms_;
     LibraryState state_;
     std::string pane_;
     QByteArray geometry_;             ///< where the user left the window, for this run of the program

@@ -36,6 +36,10 @@ public:
     /// The machine is about to sleep, and has woken with the character on the desktop.
     virtual void pause() {}
     virtual void resumeMonitoring() {}
+    /// The screen was locked, or the session went to the background.
+    virtual void screenLocked() {}
+    /// A click on the character; true when that is all it should do, as to close the ability's own panel.
+    virtual bool clicked() { return false; }
     /// The wish for reduced motion has changed.
     virtual void motionChanged() {}
     /// Draws over the sprite: `art` is the canvas in points (y down), `unit` the points of one art pixel.

@@ -203,13 +203,12 @@ CharacterPresentation ManifestCharacterController::presentation() {
     return shown;
 }
 
-std::vector<FellowCore::Rect> ManifestCharacterController::obstacles() const {
-    std::vector<FellowCore::Rect> all = DesktopCharacter::obstacles();
-    if (ability_ && isShown()) {
-        const std::vector<FellowCore::Rect> own = ability_->attachmentWindows();
-        all.insert(all.end(), own.begin(), own.end());
-    }
-    return all;
+std::vector<FellowCore::Rect> ManifestCharacterController::attachments() const {
+    return ability_ ? ability_->attachmentWindows() : std::vector<FellowCore::Rect>{};
+}
+
+bool ManifestCharacterController::clicked() {
+    return ability_ && ability_->clicked();
 }
 
 void ManifestCharacterController::willSleep() {
@@ -222,6 +221,12 @@ void ManifestCharacterController::willSleep() {
 void ManifestCharacterController::didWake() {
     if (ability_ && isShown()) {
         ability_->resumeMonitoring();
+    }
+}
+
+void ManifestCharacterController::screenLocked() {
+    if (ability_) {
+        ability_->screenLocked();
     }
 }
 

@@ -41,9 +41,11 @@ public:
     const std::string& pose() const { return sprite_.pose(); }
 
     CharacterPresentation presentation() override;
-    std::vector<FellowCore::Rect> obstacles() const override;
+    std::vector<FellowCore::Rect> attachments() const override;
+    bool clicked() override;
     void willSleep() override;
     void didWake() override;
+    void screenLocked() override;
     void motionChanged() override;
 
 protected:
