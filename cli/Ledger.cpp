@@ -5,6 +5,7 @@
 #include "core/base/Text.h"
 #include "core/ledger/MunshiLine.h"
 #include "core/ledger/MunshiStore.h"
+#include "platform/LocalCalendar.h"
 
 #include <algorithm>
 #include <chrono>
@@ -31,7 +32,7 @@ class Refusal : public std::runtime_error {
 class LedgerDesk {
 public:
     explicit LedgerDesk(const LedgerOptions& options)
-        : store_(files_, options.file), now_(options.at), calendar_(localCalendar()) {}
+        : store_(files_, options.file), now_(options.at), calendar_(Platform::localCalendar()) {}
 
     FellowCore::Instant now() const { return now_; }
     const FellowCore::Calendar& calendar() const { return calendar_; }

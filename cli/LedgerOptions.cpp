@@ -4,12 +4,8 @@
 #include "core/base/SupportFolders.h"
 #include "core/ledger/DayKey.h"
 
-#include <unicode/timezone.h>
-
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 namespace Fellow {
 
@@ -134,25 +130,6 @@ private:
 
 LedgerOptions readLedgerOptions(Arguments arguments, DayOption day) {
     return Reader(arguments, day).read();
-}
-
-FellowCore::Calendar localCalendar() {
-    const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-    if (!zone) {
-        return FellowCore::Calendar::utc();
-    }
-    icu::UnicodeString identifier;
-    std::string text;
-    zone->getID(identifier).toUTF8String(text);
-    if (auto calendar = FellowCore::Calendar::inTimeZone(text)) {
-        return *calendar;
-    }
-    // A zone without a name that is known still has an offset.
-    const int minutes = zone->getRawOffset() / 60'000;
-    char offset[32];
-    std::snprintf(offset, sizeof offset, "GMT%c%02d:%02d", minutes < 0 ? '-' : '+', std::abs(minutes) / 60,
-                  std::abs(minutes) % 60);
-    return FellowCore::Calendar::inTimeZone(offset).value_or(FellowCore::Calendar::utc());
 }
 
 } // namespace Fellow

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "cli/Command.h"
-#include "core/base/Calendar.h"
 #include "core/base/Instant.h"
 
 #include <filesystem>
@@ -25,8 +24,5 @@ enum class DayOption { taken, refused };
 /// Reads --home, --at and, where a command takes it, --day, with the value as the next word or behind "=".
 /// After "--" everything is a word. What is not said comes from the environment and the clock.
 LedgerOptions readLedgerOptions(Arguments arguments, DayOption day);
-
-/// The calendar of the system's time zone (TZ, or what the machine is set to).
-FellowCore::Calendar localCalendar();
 
 } // namespace Fellow

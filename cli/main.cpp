@@ -1,6 +1,9 @@
 #include "cli/Command.h"
 #include "cli/Ledger.h"
 #include "cli/PackCheck.h"
+#include "cli/Ports.h"
+#include "cli/Sessions.h"
+#include "cli/Usage.h"
 
 #include <algorithm>
 #include <array>
@@ -18,9 +21,10 @@ using Fellow::Command;
 using Fellow::ExitStatus;
 
 // The first whose name begins the command line is meant.
-const std::array<const Command*, 6> commands{&Fellow::packCheck,    &Fellow::ledgerAdd,
-                                             &Fellow::ledgerDone,   &Fellow::ledgerUndone,
-                                             &Fellow::ledgerExport, &Fellow::ledgerList};
+const std::array<const Command*, 9> commands{
+    &Fellow::packCheck,    &Fellow::ledgerAdd,    &Fellow::ledgerDone,
+    &Fellow::ledgerUndone, &Fellow::ledgerExport, &Fellow::ledgerList,
+    &Fellow::ports,        &Fellow::usage,        &Fellow::sessions};
 
 void printOverview(std::ostream& out) {
     out << "Deskfellow's companion for the command line, for scripts and status bars.\n\nusage: fellow "

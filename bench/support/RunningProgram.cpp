@@ -46,8 +46,10 @@ double millisecondsBetween(Time start, Time end) {
     return std::chrono::duration<double, std::milli>(end - start).count();
 }
 
-RunningProgram::RunningProgram(const std::filesystem::path& program, const TemporaryHome& home) {
+RunningProgram::RunningProgram(const std::filesystem::path& program, const TemporaryHome& home,
+                               const std::vector<std::string>& further) {
     std::vector<std::string> arguments{program.string(), "--mute-interface-for-testing"};
+    arguments.insert(arguments.end(), further.begin(), further.end());
     std::vector<std::string> environment = home.environment();
     const auto argumentPointers = pointers(arguments);
     const auto environmentPointers = pointers(environment);

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace Bench {
 
@@ -23,7 +25,9 @@ struct Usage {
 /// A `deskfellow` without sound in a home of its own, ended with this object.
 class RunningProgram {
 public:
-    RunningProgram(const std::filesystem::path& program, const TemporaryHome& home);
+    /// `further` are arguments for the program, such as a link it should act on.
+    RunningProgram(const std::filesystem::path& program, const TemporaryHome& home,
+                   const std::vector<std::string>& further = {});
     ~RunningProgram();
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;

@@ -1,13 +1,16 @@
 #include "core/base/FileOperations.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <memory>
 
 namespace FellowCore {
 
@@ -64,6 +67,38 @@ std::optional<std::filesystem::path> linkText(const std::filesystem::path& path)
     throwSystemError(code, call);
 }
 
+FileStatus::Kind kindOf(unsigned mode) {
+    if (S_ISREG(mode)) {
+        return FileStatus::Kind::file;
+    }
+    if (S_ISDIR(mode)) {
+        return FileStatus::Kind::folder;
+    }
+    return S_ISLNK(mode) ? FileStatus::Kind::link : FileStatus::Kind::other;
+}
+
+/// The status of a name in an open folder (or AT_FDCWD); nothing when nothing stands there.
+std::optional<FileStatus> statusAt(int folder, const char* name, int flags) {
+    constexpr unsigned wanted = STATX_TYPE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME;
+    constexpr Seconds nanosecond = 1e-9;
+    struct statx status {};
+    if (::statx(folder, name, flags | AT_STATX_SYNC_AS_STAT, wanted, &status) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) {
+            return std::nullopt;
+        }
+        throwSystemError(errno, "statx");
+    }
+    const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
+    return FileStatus{.kind = kindOf(status.stx_mode),
+                      .identity = {.device = ::makedev(status.stx_dev_major, status.stx_dev_minor),
+                                   .number = status.stx_ino,
+                                   .bornSeconds = knowsBirth ? status.stx_btime.tv_sec : 0,
+                                   .bornNanoseconds = knowsBirth ? status.stx_btime.tv_nsec : 0},
+                      .size = status.stx_size,
+                      .modified = Instant::fromUnix(static_cast<Seconds>(status.stx_mtime.tv_sec) +
+                                                    status.stx_mtime.tv_nsec * nanosecond)};
+}
+
 } // namespace
 
 FileError::FileError(Kind kind, const std::filesystem::path& path, const std::string& reason)
@@ -100,6 +135,11 @@ int PosixFileOperations::createExclusively(const std::filesystem::path& path, un
 
 std::size_t PosixFileOperations::read(int file, std::span<std::byte> into) {
     return static_cast<std::size_t>(checked("read", [&] { return ::read(file, into.data(), into.size()); }));
+}
+
+std::size_t PosixFileOperations::readAt(int file, std::uintmax_t offset, std::span<std::byte> into) {
+    return static_cast<std::size_t>(checked(
+        "pread", [&] { return ::pread(file, into.data(), into.size(), static_cast<off_t>(offset)); }));
 }
 
 std::size_t PosixFileOperations::write(int file, std::span<const std::byte> from) {
@@ -168,6 +208,36 @@ std::optional<unsigned> PosixFileOperations::mode(const std::filesystem::path& p
         throwSystemError(S_ISDIR(status->st_mode) ? EISDIR : EINVAL, "stat");
     }
     return status->st_mode & permissionBits;
+}
+
+std::optional<FileStatus> PosixFileOperations::status(const std::filesystem::path& path) {
+    return statusAt(AT_FDCWD, path.c_str(), 0);
+}
+
+void PosixFileOperations::list(const std::filesystem::path& folder,
+                               const std::function<void(std::string_view, const FileStatus&)>& onEntry) {
+    const auto close = [](DIR* open) { ::closedir(open); };
+    const std::unique_ptr<DIR, decltype(close)> open(::opendir(folder.c_str()), close);
+    if (!open) {
+        throwSystemError(errno, "opendir");
+    }
+    for (;;) {
+        errno = 0;
+        const dirent* const entry = ::readdir(open.get());
+        if (entry == nullptr) {
+            break;
+        }
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == "..") {
+            continue;
+        }
+        if (const auto status = statusAt(::dirfd(open.get()), entry->d_name, AT_SYMLINK_NOFOLLOW)) {
+            onEntry(name, *status);
+        }
+    }
+    if (errno != 0) {
+        throwSystemError(errno, "readdir");
+    }
 }
 
 std::filesystem::path PosixFileOperations::resolved(const std::filesystem::path& path) {

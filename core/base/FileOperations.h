@@ -1,8 +1,12 @@
 #pragma once
 
+#include "core/base/Instant.h"
+
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -28,6 +32,27 @@ private:
     std::filesystem::path path_;
 };
 
+/// Tells a file from every other that ever takes its name. On a file system that does not say when a file was
+/// made, two that follow each other may look alike.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;         ///< of the file on its device
+    std::int64_t bornSeconds = 0;     ///< since 1970
+    std::int64_t bornNanoseconds = 0; ///< 0...999999999
+
+    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// What stands under a name, without a look inside.
+struct FileStatus {
+    enum class Kind { file, folder, link, other };
+
+    Kind kind = Kind::other;
+    FileIdentity identity;
+    std::uintmax_t size = 0; ///< bytes
+    Instant modified;
+};
+
 /// The file calls that stores make, one virtual each, so that a test can make any of them fail. All block.
 /// Every operation throws `std::system_error` with the system's code when it fails.
 class FileOperations {
@@ -41,6 +66,8 @@ public:
     virtual int createExclusively(const std::filesystem::path& path, unsigned mode) = 0;
     /// How many bytes were read, 0 at the end of the file.
     virtual std::size_t read(int file, std::span<std::byte> into) = 0;
+    /// The same from a place of the caller's choice, without moving the place where `read` goes on.
+    virtual std::size_t readAt(int file, std::uintmax_t offset, std::span<std::byte> into) = 0;
     /// How many bytes were taken, which may be fewer than were given.
     virtual std::size_t write(int file, std::span<const std::byte> from) = 0;
     /// Flushes to the device.
@@ -58,6 +85,12 @@ public:
     /// Permission bits (0...0777) of an existing file, or nothing when there is none; what is no regular file
     /// is refused.
     virtual std::optional<unsigned> mode(const std::filesystem::path& path) = 0;
+    /// What stands at a path once links are followed; nothing when nothing does.
+    virtual std::optional<FileStatus> status(const std::filesystem::path& path) = 0;
+    /// Calls back for everything in a folder but "." and "..", in no order. Links are not followed, and what
+    /// vanishes meanwhile is left out. The name is valid during the call only.
+    virtual void list(const std::filesystem::path& folder,
+                      const std::function<void(std::string_view name, const FileStatus&)>& onEntry) = 0;
     /// Where a link leads in the end, even when nothing stands there; the path itself when it is no link or
     /// does not exist.
     virtual std::filesystem::path resolved(const std::filesystem::path& path) = 0;
@@ -73,6 +106,7 @@ public:
     int openForReading(const std::filesystem::path& path) override;
     int createExclusively(const std::filesystem::path& path, unsigned mode) override;
     std::size_t read(int file, std::span<std::byte> into) override;
+    std::size_t readAt(int file, std::uintmax_t offset, std::span<std::byte> into) override;
     std::size_t write(int file, std::span<const std::byte> from) override;
     void flush(int file) override;
     void flushFolder(const std::filesystem::path& folder) override;
@@ -82,6 +116,9 @@ public:
     void remove(const std::filesystem::path& path) override;
     void makeFolders(const std::filesystem::path& path) override;
     std::optional<unsigned> mode(const std::filesystem::path& path) override;
+    std::optional<FileStatus> status(const std::filesystem::path& path) override;
+    void list(const std::filesystem::path& folder,
+              const std::function<void(std::string_view name, const FileStatus&)>& onEntry) override;
     std::filesystem::path resolved(const std::filesystem::path& path) override;
     std::optional<int> tryLock(const std::filesystem::path& path) override;
 };

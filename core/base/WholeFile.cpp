@@ -98,6 +98,8 @@ public:
         files_.flush(open.file());
     }
 
+    const Path& path() const { return path_; }
+
     void moveTo(const Path& target) {
         files_.rename(path_, target);
         kept_ = true;
@@ -142,13 +144,17 @@ unsigned modeFor(FileMode mode, std::optional<unsigned> existing) {
     return ownerReadsAndWrites;
 }
 
-void replaceWhole(FileOperations& files, const Path& path, std::string_view bytes, FileMode mode) {
+void replaceWhole(FileOperations& files, const Path& path, std::string_view bytes, FileMode mode,
+                  const BeforeReplacing& beforeReplacing) {
     const Path target = files.resolved(path);
     const auto existing = files.mode(target);
     const Path folder = target.has_parent_path() ? target.parent_path() : Path(".");
     {
         TemporaryFile temporary(files, folder, modeFor(mode, existing));
         temporary.fill(bytes);
+        if (beforeReplacing) {
+            beforeReplacing(temporary.path(), target);
+        }
         temporary.moveTo(target);
     }
     try {
@@ -181,9 +187,10 @@ void makeFolderOf(FileOperations& files, const std::filesystem::path& path) {
     }
 }
 
-void writeWholeFile(FileOperations& files, const Path& path, std::string_view bytes, FileMode mode) {
+void writeWholeFile(FileOperations& files, const Path& path, std::string_view bytes, FileMode mode,
+                    const BeforeReplacing& beforeReplacing) {
     try {
-        replaceWhole(files, path, bytes, mode);
+        replaceWhole(files, path, bytes, mode, beforeReplacing);
     } catch (const std::system_error& error) {
         throw FileError(FileError::Kind::notWritable, path, error.what());
     }

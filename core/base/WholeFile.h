@@ -3,6 +3,7 @@
 #include "core/base/FileOperations.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -25,8 +26,14 @@ enum class FileMode {
 /// rename fails the old file stands as it was, the temporary file is removed, and `FileError` (notWritable)
 /// is thrown. A folder that cannot be flushed is no failure: the new file stands, and a loss of power leaves
 /// one of the two.
+///
+/// `beforeReplacing` is called with the finished new file and with what it is about to replace (or make), as
+/// the last step before that. What it throws stops the replacement; a `std::system_error` comes out as
+/// `FileError`, anything else as it is.
+using BeforeReplacing =
+    std::function<void(const std::filesystem::path& newFile, const std::filesystem::path& target)>;
 void writeWholeFile(FileOperations& files, const std::filesystem::path& path, std::string_view bytes,
-                    FileMode mode = FileMode::keep);
+                    FileMode mode = FileMode::keep, const BeforeReplacing& beforeReplacing = {});
 
 /// Makes the folder that the file is to stand in, and its parents. Blocks. Throws `FileError` (notWritable)
 /// when it cannot be made.

@@ -64,6 +64,12 @@ bool SnakeStore::record(int score) {
     return true;
 }
 
+void SnakeStore::forgetBest() {
+    const int before = bestScore();
+    preferences_.remove(bestKey);
+    postIf(before != 0);
+}
+
 void SnakeStore::postIf(bool changed) const {
     if (changed && post_) {
         post_(preferencesChanged);

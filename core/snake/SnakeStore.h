@@ -45,6 +45,8 @@ public:
 
     /// Keeps the score if it is above the best one, and says whether it was.
     bool record(int score);
+    /// There is no best score any more.
+    void forgetBest();
 
 private:
     void postIf(bool changed) const;

@@ -18,6 +18,15 @@ double moved(double from, double to) {
     return from + std::clamp(to - from, -step, step);
 }
 
+/// The sample to begin with.
+double placeOf(Seconds offset) {
+    return std::isfinite(offset) ? std::max(0.0, offset) * VoiceMixer::rate : 0.0;
+}
+
+double boundedRate(double rate) {
+    return std::isfinite(rate) ? std::clamp(rate, SoundStart::slowest, SoundStart::fastest) : 1.0;
+}
+
 std::int16_t saturated(double sum) {
     using Limits = std::numeric_limits<std::int16_t>;
     return static_cast<std::int16_t>(
@@ -26,13 +35,17 @@ std::int16_t saturated(double sum) {
 
 } // namespace
 
-void VoiceMixer::start(Voice voice, Samples samples, StereoGains gains) {
-    if (!samples || samples->empty())
+void VoiceMixer::start(Voice voice, Samples samples, StereoGains gains, SoundStart from) {
+    const double place = placeOf(from.offset);
+    if (!samples || place >= static_cast<double>(samples->size()))
         return;
     if (playing_.size() == voiceLimit)
         playing_.erase(playing_.begin());
     const StereoGains target{bounded(gains.left), bounded(gains.right)};
-    playing_.push_back({voice, std::move(samples), 0, target, target, releaseFrames, false});
+    // Only a sound's own beginning is silent; from anywhere else it would begin with a click.
+    const StereoGains first = place > 0 ? StereoGains{} : target;
+    playing_.push_back(
+        {voice, std::move(samples), place, boundedRate(from.rate), first, target, releaseFrames, false});
 }
 
 void VoiceMixer::setGains(Voice voice, StereoGains gains) {
@@ -65,7 +78,8 @@ void VoiceMixer::mix(std::span<std::int16_t> stereo) {
 VoiceMixer::Frame VoiceMixer::nextFrame(Playing& playing) {
     if (hasEnded(playing))
         return {};
-    double sample = (*playing.samples)[playing.next++];
+    double sample = sampleAt(*playing.samples, playing.next);
+    playing.next += playing.rate;
     if (playing.released)
         sample *= static_cast<double>(playing.releaseLeft--) / static_cast<double>(releaseFrames);
     const Frame frame{playing.now.left * sample, playing.now.right * sample};
@@ -74,8 +88,15 @@ VoiceMixer::Frame VoiceMixer::nextFrame(Playing& playing) {
     return frame;
 }
 
+double VoiceMixer::sampleAt(const std::vector<std::int16_t>& samples, double place) {
+    const auto index = static_cast<std::size_t>(place);
+    const double here = samples[index];
+    const double next = index + 1 < samples.size() ? samples[index + 1] : 0.0;
+    return here + (next - here) * (place - static_cast<double>(index));
+}
+
 bool VoiceMixer::hasEnded(const Playing& playing) {
-    return playing.next == playing.samples->size() || playing.releaseLeft == 0;
+    return playing.next >= static_cast<double>(playing.samples->size()) || playing.releaseLeft == 0;
 }
 
 VoiceMixer::Playing* VoiceMixer::find(Voice voice) {

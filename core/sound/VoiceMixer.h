@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/sound/SoundStart.h"
 #include "core/sound/StereoPan.h"
 
 #include <cstddef>
@@ -22,9 +23,10 @@ public:
     static constexpr std::size_t releaseFrames = 2880; ///< 60 ms: a voice that is released dies away
     static constexpr std::size_t voiceLimit = 16;      ///< one more takes the place of the oldest
 
-    /// Begins at the sound's first sample. Absent or empty samples are no voice. Gains are forced into 0...1;
-    /// one that is not finite is 0.
-    void start(Voice voice, Samples samples, StereoGains gains);
+    /// Begins at the sound's first sample, or where `from` says: then with a ramp, and between two samples on
+    /// the straight line from one to the other. Absent or empty samples are no voice. Gains are forced into
+    /// 0...1; one that is not finite is 0.
+    void start(Voice voice, Samples samples, StereoGains gains, SoundStart from = {});
 
     /// Moves a sounding voice to new gains; a voice that has ended is ignored, as in `release`.
     void setGains(Voice voice, StereoGains gains);
@@ -49,7 +51,8 @@ private:
     struct Playing {
         Voice voice;
         Samples samples;
-        std::size_t next;
+        double next; ///< the place in `samples` that is heard next
+        double rate;
         StereoGains now;
         StereoGains target;
         std::size_t releaseLeft; ///< frames until a released voice is gone; `releaseFrames` while it is held
@@ -58,6 +61,7 @@ private:
 
     Playing* find(Voice voice);
     static Frame nextFrame(Playing& playing);
+    static double sampleAt(const std::vector<std::int16_t>& samples, double place);
     static bool hasEnded(const Playing& playing);
 
     std::vector<Playing> playing_;

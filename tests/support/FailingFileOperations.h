@@ -6,8 +6,11 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <map>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace TestSupport {
@@ -21,8 +24,11 @@ public:
     int code = EIO;   ///< what they fail with
     std::size_t atOnce =
         std::numeric_limits<std::size_t>::max(); ///< bytes that one read or write moves at most
-    int calls = 0;                               ///< how many were made
-    std::string failed;                          ///< the last call that failed
+    bool flushes = true; ///< whether flushing reaches the device, which many files make slow
+    int calls = 0;       ///< how many were made
+    std::string failed;  ///< the last call that failed
+    std::function<void(std::string_view call)> onCall = {}; ///< told of every call before it is made
+    std::size_t bytesRead = 0;                              ///< by `readAt`
 
     int openForReading(const std::filesystem::path& path) override {
         count("openForReading");
@@ -36,17 +42,27 @@ public:
         count("read");
         return real_.read(file, into.first(std::min(into.size(), atOnce)));
     }
+    std::size_t readAt(int file, std::uintmax_t offset, std::span<std::byte> into) override {
+        count("readAt");
+        const std::size_t length = real_.readAt(file, offset, into.first(std::min(into.size(), atOnce)));
+        bytesRead += length;
+        return length;
+    }
     std::size_t write(int file, std::span<const std::byte> from) override {
         count("write");
         return real_.write(file, from.first(std::min(from.size(), atOnce)));
     }
     void flush(int file) override {
         count("flush");
-        real_.flush(file);
+        if (flushes) {
+            real_.flush(file);
+        }
     }
     void flushFolder(const std::filesystem::path& folder) override {
         count("flushFolder");
-        real_.flushFolder(folder);
+        if (flushes) {
+            real_.flushFolder(folder);
+        }
     }
     void close(int file) noexcept override { real_.close(file); }
     std::uintmax_t size(int file) override {
@@ -69,6 +85,15 @@ public:
         count("mode");
         return real_.mode(path);
     }
+    std::optional<FellowCore::FileStatus> status(const std::filesystem::path& path) override {
+        count("status");
+        return real_.status(path);
+    }
+    void list(const std::filesystem::path& folder,
+              const std::function<void(std::string_view, const FellowCore::FileStatus&)>& onEntry) override {
+        count("list");
+        real_.list(folder, onEntry);
+    }
     std::filesystem::path resolved(const std::filesystem::path& path) override {
         count("resolved");
         return real_.resolved(path);
@@ -81,6 +106,9 @@ public:
 private:
     void count(const char* call) {
         ++calls;
+        if (onCall) {
+            onCall(call);
+        }
         if (failAt > 0 && calls >= failAt && calls - failAt < failures) {
             failed = call;
             throw std::system_error(code, std::generic_category(), call);

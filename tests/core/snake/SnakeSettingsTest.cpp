@@ -83,6 +83,9 @@ TEST(SnakeStore, KeepsOnlyABetterScore) {
     EXPECT_TRUE(store.record(std::numeric_limits<int>::max()));
     EXPECT_FALSE(store.record(std::numeric_limits<int>::max())) << "a record beyond the bound is none";
     EXPECT_EQ(store.bestScore(), 4194304);
+    store.forgetBest();
+    EXPECT_EQ(store.bestScore(), 0);
+    EXPECT_TRUE(store.record(1)) << "after forgetting, any score is the best";
 }
 
 TEST(SnakeSpeed, HasNineLevels) {

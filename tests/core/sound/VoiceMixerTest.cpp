@@ -128,6 +128,52 @@ TEST(VoiceMixerTest, aFloodOfVoicesReplacesTheOldest) {
     EXPECT_THAT(mixed(mixer, 1), Each(static_cast<std::int16_t>(VoiceMixer::voiceLimit)));
 }
 
+TEST(VoiceMixerTest, aSoundMayBeginInItsMiddleAndGoFasterOrSlower) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double second = 1.0 / VoiceMixer::rate;
+    const auto climb = [] {
+        std::vector<std::int16_t> samples(1000);
+        for (std::size_t index = 0; index < samples.size(); ++index)
+            samples[index] = static_cast<std::int16_t>(10 * index);
+        return sound(std::move(samples));
+    }();
+    struct Case {
+        const char* fault;
+        SoundStart from;
+        std::size_t frames; // until the end
+        int at300;          // the sample heard then, the ramp being over
+    };
+    const Case cases[] = {
+        {"the offset is not in seconds", {500 * second, 1}, 500, 8000},
+        {"twice the rate does not take every other sample", {0, 2}, 500, 6000},
+        {"half the rate does not go between samples", {0, 0.5}, 2000, 1500},
+        {"an odd rate is rounded", {0, 1.205}, 830, 3615},
+        {"offset and rate do not go together", {100 * second, 2}, 450, 7000},
+        {"before the beginning is not the beginning", {-3, 1}, 1000, 3000},
+        {"no number is not the beginning", {nan, nan}, 1000, 3000},
+        {"too fast is not held back", {0, 1e9}, 250, 0},
+        {"too slow never ends", {0, 0}, 4000, 750},
+    };
+    for (const auto& each : cases) {
+        VoiceMixer mixer;
+        mixer.start(1, climb, {1, 1}, each.from);
+        const auto out = mixed(mixer, each.frames - 1);
+        EXPECT_FALSE(mixer.isSilent()) << each.fault;
+        if (each.frames > 300) {
+            EXPECT_NEAR(out[std::size_t{600}], each.at300, 1) << each.fault;
+        }
+        mixed(mixer, 1);
+        EXPECT_TRUE(mixer.isSilent()) << each.fault;
+    }
+    VoiceMixer mixer;
+    for (const double offset : {1000 * second, 5.0, 1e300})
+        mixer.start(1, climb, {1, 1}, {offset, 1});
+    EXPECT_TRUE(mixer.isSilent()) << "behind the end there is nothing";
+    mixer.start(2, flat(1000, 10000), {1, 1}, {500 * second, 1});
+    EXPECT_LE(largestStep(mixed(mixer, 300)), 10000 / static_cast<int>(VoiceMixer::rampFrames) + 1)
+        << "the middle begins with a click";
+}
+
 TEST(VoiceMixerTest, theSizeOfBuffersIsNotHeard) {
     std::vector<std::int16_t> wave(500);
     for (std::size_t index = 0; index < wave.size(); ++index)
