@@ -57,11 +57,11 @@ AppController::AppController(Platform::System& system, AppSurroundings surroundi
     : system_(system), surroundings_(std::move(surroundings)), saver_(reportSaveFailure),
       keeper_(files_, surroundings_.folders.preferencesFile(), saver_),
       services_{system, keeper_.preferences(), files_, saver_, surroundings_.folders},
+      audio_([library = surroundings_.plugins / "libdeskfellow_audio.so"] {
+          return std::make_unique<Platform::AudioThread>(QString::fromStdString(library.string()));
+      }),
       interfaceAudio_(
-          keeper_.preferences(), surroundings_.resources / "sounds",
-          [library = surroundings_.plugins / "libdeskfellow_audio.so"] {
-              return std::make_unique<Platform::AudioThread>(QString::fromStdString(library.string()));
-          },
+          keeper_.preferences(), surroundings_.resources / "sounds", [this] { return audio_.makeHandle(); },
           [&system] { return system.clock().monotonic(); }, surroundings_.playback),
       autostart_(files_, surroundings_.folders.autostartFolder(), surroundings_.executable),
       shortcuts_(keeper_.preferences(), system.shortcuts()),
@@ -105,6 +105,10 @@ void AppController::wireSite() {
         return windows;
     };
     site_.dismissActions = [this] { dismissAllActions(); };
+    site_.coverScreen = [this](const auto& screen) { stage_.coverScreen(screen); };
+    if (surroundings_.playback == InterfaceAudio::Playback::audible) {
+        site_.makeAudio = [this] { return audio_.makeHandle(); };
+    }
     site_.presentActions = [this](DesktopCharacter& character) {
         if (character.isShown() && stage_.active() == &character && !library_.isVisible()) {
             quickActions_.present(character);
@@ -281,6 +285,7 @@ void AppController::showControls(const std::string& id) {
     DesktopCharacter* character = stage_.find(id);
     if (character && character->isShown()) {
         quickActions_.present(*character);
+        quickActions_.takeKeyboard(); // the command came from a key or a menu, and no pointer is near
     }
 }
 

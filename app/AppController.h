@@ -12,6 +12,7 @@
 #include "app/desktop/ShortcutBoard.h"
 #include "app/desktop/SizeSlider.h"
 #include "app/roster/Companion.h"
+#include "app/services/AudioShare.h"
 #include "app/services/InterfaceAudio.h"
 #include "app/services/PreferencesKeeper.h"
 #include "app/settings/LibraryBridge.h"
@@ -110,6 +111,7 @@ private:
     BackgroundSaver saver_;
     PreferencesKeeper keeper_;
     DesktopServices services_;
+    AudioShare audio_;
     InterfaceAudio interfaceAudio_;
     Platform::Autostart autostart_;
     ShortcutBoard shortcuts_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/sound/SoundStart.h"
 #include "core/sound/StereoPan.h"
 
 #include <QtPlugin>
@@ -22,8 +23,9 @@ class AudioOutput {
 public:
     virtual ~AudioOutput() = default;
 
-    /// Begins a voice over those that already sound.
-    virtual void play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains) = 0;
+    /// Begins a voice over those that already sound, where and as fast as `from` says.
+    virtual void play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains,
+                      FellowCore::SoundStart from) = 0;
     /// Moves a voice to new gains; one that has ended is ignored, as in `stop`.
     virtual void setGains(AudioVoice voice, FellowCore::StereoGains gains) = 0;
     /// Lets a voice die away, within a tenth of a second.
@@ -41,4 +43,4 @@ public:
 
 } // namespace Platform
 
-Q_DECLARE_INTERFACE(Platform::AudioOutputFactory, "deskfellow.AudioOutputFactory/1")
+Q_DECLARE_INTERFACE(Platform::AudioOutputFactory, "deskfellow.AudioOutputFactory/2")

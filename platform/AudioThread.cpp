@@ -63,10 +63,11 @@ AudioThread::~AudioThread() {
     ::on_exit(leaveAtOnce, nullptr);
 }
 
-void AudioThread::play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains) {
+void AudioThread::play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains,
+                       FellowCore::SoundStart from) {
     start();
-    post([voice, samples = std::move(samples), gains](AudioOutput& output) {
-        output.play(voice, samples, gains);
+    post([voice, samples = std::move(samples), gains, from](AudioOutput& output) {
+        output.play(voice, samples, gains, from);
     });
 }
 

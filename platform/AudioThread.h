@@ -25,7 +25,8 @@ public:
     /// Sounds end at once. Waits for the thread, but no longer than a second.
     ~AudioThread() override;
 
-    void play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains) override;
+    void play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains,
+              FellowCore::SoundStart from) override;
     void setGains(AudioVoice voice, FellowCore::StereoGains gains) override;
     void stop(AudioVoice voice) override;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ApplicationWindows.h"
 #include "platform/Clock.h"
 #include "platform/DesktopSurface.h"
 #include "platform/FrontmostApplication.h"
@@ -27,6 +28,7 @@ public:
     virtual ReducedMotion& motion() = 0;
     virtual GlobalShortcuts& shortcuts() = 0;
     virtual FrontmostApplication& frontmost() = 0;
+    virtual ApplicationWindows& windows() = 0;
     virtual Tray& tray() = 0;
     virtual PointerPresses& presses() = 0;
 

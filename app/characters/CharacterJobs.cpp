@@ -1,6 +1,10 @@
 #include "app/characters/CharacterJobs.h"
 
 #include "app/characters/manifest/ManifestCharacterController.h"
+#include "app/characters/mira/MiraJob.h"
+#include "app/characters/munshi/MunshiJob.h"
+#include "app/characters/pump/PumpJob.h"
+#include "app/characters/snake/SnakeJob.h"
 
 #include <algorithm>
 
@@ -17,7 +21,12 @@ const CharacterJob* jobOf(std::string_view id) {
 } // namespace
 
 const std::vector<CharacterJob>& characterJobs() {
-    static const std::vector<CharacterJob> jobs{};
+    static const std::vector<CharacterJob> jobs{
+        {"mira", makeMira, makeMiraForm},
+        {"munshi", makeMunshi, makeMunshiForm},
+        {"pump", makePump, makePumpForm},
+        {"snake", makeSnake, makeSnakeForm},
+    };
     return jobs;
 }
 

@@ -180,6 +180,9 @@ void Bubble::pressedOutside(const QPoint& globalPosition) {
 }
 
 PixelFrame Bubble::frame() const {
+    if (pointer_ == BubblePointer::none) {
+        return PixelFrame(size());
+    }
     const PixelFrame::Side side = placement_.pointerOnLeft ? PixelFrame::Side::left : PixelFrame::Side::right;
     return PixelFrame(size(), PixelFrame::Pointer{side, placement_.pointerY});
 }

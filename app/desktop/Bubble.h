@@ -23,6 +23,9 @@ enum class BubbleDismissal {
 /// Whether windows may move by themselves.
 enum class BubbleMotion { full, reduced };
 
+/// Whether a bubble points at whoever it hangs on.
+enum class BubblePointer { towardsFace, none };
+
 /// A paper bubble beside a character. It never takes the keyboard when it appears; after a click in it, Tab,
 /// the arrow keys and Escape work. It opens with a fade and a short slide away from the character, and has no
 /// timer afterwards.
@@ -43,6 +46,8 @@ public:
     /// Whether a compositor makes windows translucent, which a bubble takes for granted at first. Without one
     /// it has a hard edge, or its corners would be black.
     void setTranslucent(bool translucent);
+    /// For a bubble that belongs to no one on the desktop; bubbles point at first.
+    void setPointer(BubblePointer pointer) { pointer_ = pointer; }
     /// Takes `content` as the only thing inside, in place of what was there, which is deleted.
     void setContent(QWidget* content);
 
@@ -94,6 +99,7 @@ private:
     FellowCore::BubblePlacement placement_;
     FellowCore::Size knownSize_; ///< the preferred size that the owner was told last
     QPointer<QWidget> content_;
+    BubblePointer pointer_ = BubblePointer::towardsFace;
     QVariantAnimation opening_;
     bool prepared_ = false;
     bool translucent_ = true;

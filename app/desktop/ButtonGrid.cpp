@@ -163,6 +163,8 @@ void ButtonGrid::update(Entry& entry, const QuickAction& action) {
     entry.button->setPixelIcon(action.icon);
     entry.button->setOpensMenu(static_cast<bool>(action.menu));
     entry.button->setEnabled(action.enabled);
+    entry.button->setToolTip(action.help);
+    entry.button->setAccessibleDescription(action.help);
 }
 
 void ButtonGrid::press(const QString& id) {

@@ -56,9 +56,17 @@ void CharacterMenus::addOwnActions(QMenu& menu, DesktopCharacter& character) con
     const QString line = shown.badge ? shown.status + QStringLiteral("  ") + *shown.badge : shown.status;
     addNote(menu, character.name() + QStringLiteral(" · ") + line);
     for (const QuickAction& action : shown.actions) {
-        QAction* entry = menu.addAction(label(action.title));
+        QAction* entry = nullptr;
+        if (action.menu) {
+            QMenu* submenu = action.menu().release();
+            submenu->setParent(&menu, submenu->windowFlags());
+            submenu->setTitle(label(action.title));
+            entry = menu.addMenu(submenu);
+        } else {
+            entry = menu.addAction(label(action.title));
+            QObject::connect(entry, &QAction::triggered, entry, action.onPress);
+        }
         entry->setEnabled(action.enabled);
-        QObject::connect(entry, &QAction::triggered, entry, action.onPress);
     }
 }
 

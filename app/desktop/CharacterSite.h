@@ -4,11 +4,14 @@
 #include "app/desktop/DesktopServices.h"
 #include "core/base/Geometry.h"
 #include "core/sound/InterfaceSoundCue.h"
+#include "platform/AudioOutput.h"
 
 #include <QString>
 
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <vector>
 
 namespace DeskSprites {
@@ -36,6 +39,11 @@ struct CharacterSite {
     std::function<void()> dismissActions;
     /// Opens the quick actions of a character that is on the desktop, as when it has news.
     std::function<void(DesktopCharacter&)> presentActions;
+    /// A handle on the program's one loudspeaker, for sounds that are no cues; absent in a run without sound.
+    std::function<std::unique_ptr<Platform::AudioOutput>()> makeAudio{};
+    /// Keeps everyone who stands on this screen (its whole frame) out of sight, as while a game covers it;
+    /// nothing brings all back as they stood. Who is on the desktop, and what they do, stays as it is.
+    std::function<void(const std::optional<FellowCore::Rect>& screen)> coverScreen{};
 };
 
 } // namespace DeskSprites

@@ -50,6 +50,12 @@ DesktopCharacter* CharacterStage::active() const {
     return host_->activeID() ? find(*host_->activeID()) : nullptr;
 }
 
+void CharacterStage::coverScreen(const std::optional<FellowCore::Rect>& screen) {
+    for (DesktopCharacter* character : onScreen()) {
+        character->setCovered(screen && character->geometry().frame.intersects(*screen));
+    }
+}
+
 std::vector<FellowCore::Rect> CharacterStage::attachmentObstacles(const DesktopCharacter& of) const {
     std::vector<FellowCore::Rect> obstacles;
     for (const DesktopCharacter* other : onScreen()) {

@@ -32,6 +32,9 @@ public:
     /// Those of the on-screen set, in the order of arrival, whether the set is visible or not.
     std::vector<DesktopCharacter*> onScreen() const;
     DesktopCharacter* active() const;
+    /// Keeps everyone who stands on this screen out of sight until it is called with another or none. They
+    /// go on as they were, and come back in the order in which they stood above each other.
+    void coverScreen(const std::optional<FellowCore::Rect>& screen);
     /// The windows that a bubble of this character keeps clear of: those of everyone else who is visible.
     std::vector<FellowCore::Rect> attachmentObstacles(const DesktopCharacter& of) const;
 

@@ -87,10 +87,11 @@ CharacterGeometry DesktopCharacter::geometry() const {
 }
 
 std::vector<Rect> DesktopCharacter::obstacles() const {
-    std::vector<Rect> all = attachments();
-    if (shown_) {
-        all.push_back(geometry().artwork);
+    if (!shown_) {
+        return {};
     }
+    std::vector<Rect> all = attachments();
+    all.push_back(geometry().artwork);
     return all;
 }
 
@@ -226,9 +227,22 @@ void DesktopCharacter::showWindow() {
     surface_->show();
 }
 
+void DesktopCharacter::setCovered(bool covered) {
+    if (std::exchange(covered_, covered) == covered || !shown_) {
+        return;
+    }
+    if (covered) {
+        view_->feedback().reset();
+        surface_->hide();
+    } else {
+        surface_->show();
+    }
+}
+
 void DesktopCharacter::hideWindow() {
     saveFrame(FrameSave::forced);
     shown_ = false;
+    covered_ = false; // whoever comes out anew is meant to be seen
     view_->feedback().reset();
     surface_->hide();
 }

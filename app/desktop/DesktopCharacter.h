@@ -43,6 +43,9 @@ public:
     const std::string& identifier() const { return companion_.rawValue(); }
     QString name() const { return QString::fromStdString(companion_.manifest.name); }
     bool isShown() const { return shown_; }
+    /// Takes the window out of sight while something covers its screen, and brings it back. Everything else
+    /// about the character, `isShown` too, stays as it is.
+    void setCovered(bool covered);
     virtual CharacterPresentation presentation() = 0;
     /// The still picture at native pixels, for the settings window and while resting.
     virtual QImage portrait() const;
@@ -130,6 +133,7 @@ private:
         resizedFrame_; ///< the frame that came of it; `resizeFoot_` holds while the window stands there
     std::optional<FellowCore::MonotonicInstant> lastFrameSave_;
     bool shown_ = false;
+    bool covered_ = false;
 };
 
 } // namespace DeskSprites

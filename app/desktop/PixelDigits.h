@@ -9,7 +9,7 @@ class QPainter;
 
 namespace DeskSprites {
 
-/// Hand-made digits for gauges and badges: 0-9, colon, percent, full stop, minus and space. Digits all have
+/// Hand-made digits for gauges and badges: 0-9, colon, percent, full stop, minus, plus and space. Digits all have
 /// one width, so a running clock never moves. Any other character is drawn as a space.
 class PixelDigits {
 public:

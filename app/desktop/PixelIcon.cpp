@@ -135,6 +135,66 @@ Picture picture(PixelIcon icon) {
                 ".........",
                 ".........",
                 "........."};
+    case PixelIcon::back:
+        return {".........",
+                "...#.....",
+                "..##.....",
+                ".#######.",
+                "########.",
+                ".#######.",
+                "..##.....",
+                "...#.....",
+                "........."};
+    case PixelIcon::edit:
+        return {"......##.",
+                ".....####",
+                "....#.###",
+                "...#...#.",
+                "..#...#..",
+                ".#...#...",
+                "##..#....",
+                "####.....",
+                "##......."};
+    case PixelIcon::days:
+        return {"..#...#..",
+                "#########",
+                "#########",
+                "#.......#",
+                "#.#.#.#.#",
+                "#.......#",
+                "#.#.#.#.#",
+                "#.......#",
+                "#########"};
+    case PixelIcon::copy:
+        return {"######...",
+                "#....#...",
+                "#..######",
+                "#..#....#",
+                "#..#....#",
+                "####....#",
+                "...#....#",
+                "...#....#",
+                "...######"};
+    case PixelIcon::save:
+        return {"....#....",
+                "....#....",
+                "....#....",
+                "..#####..",
+                "...###...",
+                "....#....",
+                "#.......#",
+                "#.......#",
+                "#########"};
+    case PixelIcon::undo:
+        return {".........",
+                "..#......",
+                ".##......",
+                "#######..",
+                ".##...##.",
+                "..#....##",
+                ".......##",
+                "......##.",
+                "..#####.."};
     }
     return {};
 }
@@ -142,7 +202,8 @@ Picture picture(PixelIcon icon) {
 
 /// Playing and pausing point the same way everywhere; ways back and forth follow the line of reading.
 bool followsReading(PixelIcon icon) {
-    return icon == PixelIcon::skip || icon == PixelIcon::bringAnother;
+    return icon == PixelIcon::skip || icon == PixelIcon::bringAnother || icon == PixelIcon::back ||
+           icon == PixelIcon::undo;
 }
 
 } // namespace

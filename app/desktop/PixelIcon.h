@@ -22,6 +22,12 @@ enum class PixelIcon {
     larger,
     close,
     chevron,
+    back,
+    edit,
+    days,
+    copy,
+    save,
+    undo,
 };
 
 /// All icons are squares of this many pixels.

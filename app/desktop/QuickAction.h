@@ -25,6 +25,8 @@ struct QuickAction {
     /// When set, a press opens this menu instead of calling `onPress`; it is built anew each time.
     std::function<std::unique_ptr<QMenu>()> menu;
     std::optional<PixelIcon> icon;
+    /// A sentence for who lingers on the button, and for assistive technology.
+    QString help{};
 };
 
 } // namespace DeskSprites

@@ -109,6 +109,12 @@ void QuickActions::dismiss() {
     }
 }
 
+void QuickActions::takeKeyboard() {
+    if (character_) {
+        panel_->takeKeyboard();
+    }
+}
+
 void QuickActions::update(DesktopCharacter& character) {
     if (character_ == &character) {
         panel_->setContent(content(character));

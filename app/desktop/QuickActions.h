@@ -29,6 +29,8 @@ public:
     /// Closes the panel if it belongs to this character, else opens it.
     void toggle(DesktopCharacter& character);
     void dismiss();
+    /// Gives the open panel the keyboard, for one that was asked for by a command.
+    void takeKeyboard();
     /// Shows what has changed about the character, if its panel is open.
     void update(DesktopCharacter& character);
     /// Re-places the panel after its character has moved.

@@ -29,7 +29,11 @@ void SegmentBar::setDialoguePalette(const DialoguePalette& palette) {
 
 void SegmentBar::setFraction(double fraction) {
     const double inside = std::isfinite(fraction) ? std::clamp(fraction, 0.0, 1.0) : 0.0;
-    setValue(static_cast<int>(std::lround(inside * steps)));
+    const int now = static_cast<int>(std::lround(inside * steps));
+    if (now != value()) {
+        setValue(now);
+        QWidget::update(); // the base class repaints only when a bar of its own would look different
+    }
 }
 
 QSize SegmentBar::sizeHint() const {

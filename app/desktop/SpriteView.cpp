@@ -12,7 +12,6 @@ namespace {
 
 constexpr double dragThreshold = 4;       ///< points the pointer may tremble within a click
 constexpr int wheelNotch = 120;           ///< Qt's eighths of a degree
-constexpr std::size_t cachedPictures = 4; ///< a pose, its blink, and Batti's lamp over it
 
 } // namespace
 
@@ -195,7 +194,7 @@ const QImage& SpriteView::scaledArt(const QImage& art, QSize device, bool mirror
     if (found != cache_.end()) {
         return found->image;
     }
-    if (cache_.size() >= cachedPictures) {
+    if (cache_.size() >= cachedPictures()) {
         cache_.erase(cache_.begin());
     }
     const QImage scaled = PixelArtwork::scaled(art, device);

@@ -59,6 +59,8 @@ protected:
     virtual std::vector<QRectF> extraRegion() const { return {}; }
     /// Whether the art is drawn the other way round.
     virtual bool isMirrored() const { return false; }
+    /// How many pictures are kept at their size on the screen: a pose, its blink, and Batti's lamp over it.
+    virtual std::size_t cachedPictures() const { return 4; }
 
     /// Tells the surface which part takes the pointer now.
     void updatePointerRegion();

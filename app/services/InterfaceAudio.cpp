@@ -1,16 +1,10 @@
 #include "app/services/InterfaceAudio.h"
 
-#include "core/base/FileOperations.h"
-#include "core/base/WholeFile.h"
 #include "core/sound/SoundVolume.h"
-#include "core/sound/WaveFile.h"
 
-#include <QDebug>
 #include <QMetaObject>
 
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace DeskSprites {
 
@@ -18,8 +12,8 @@ using FellowCore::InterfaceSoundCue;
 
 InterfaceAudio::InterfaceAudio(FellowCore::Preferences& preferences, std::filesystem::path soundsFolder,
                                MakeOutput makeOutput, Clock clock, Playback playback)
-    : preferences_(preferences), soundsFolder_(std::move(soundsFolder)), makeOutput_(std::move(makeOutput)),
-      clock_(std::move(clock)), silent_(playback == Playback::silent) {}
+    : preferences_(preferences), makeOutput_(std::move(makeOutput)), clock_(std::move(clock)),
+      silent_(playback == Playback::silent), players_(std::move(soundsFolder)) {}
 
 void InterfaceAudio::play(InterfaceSoundCue cue, FellowCore::Point position, const FellowCore::Rect& screen,
                           bool guidanceActive, bool characterMuted, double characterVolume) {
@@ -36,7 +30,7 @@ void InterfaceAudio::begin(std::uint64_t generation) {
     if (!pending_ || pending_->generation != generation)
         return;
     const auto due = *std::exchange(pending_, std::nullopt);
-    const auto samples = player(due.cue);
+    const auto samples = players_.samples(FellowCore::resourceName(due.cue));
     if (!samples)
         return;
     if (!output_)
@@ -46,7 +40,7 @@ void InterfaceAudio::begin(std::uint64_t generation) {
     currentCue_ = due.cue;
     currentPan_ = due.pan;
     currentCharacterVolume_ = due.characterVolume;
-    output_->play(current_, samples, currentGains());
+    output_->play(current_, samples, currentGains(), {});
 }
 
 void InterfaceAudio::stop() {
@@ -91,25 +85,6 @@ void InterfaceAudio::applyGains() {
 
 FellowCore::StereoGains InterfaceAudio::currentGains() const {
     return currentPan_ * FellowCore::combinedVolume(volume(), currentCharacterVolume_);
-}
-
-Platform::AudioSamples InterfaceAudio::player(InterfaceSoundCue cue) {
-    const auto resource = FellowCore::resourceName(cue);
-    const auto known = players_.find(resource);
-    return known != players_.end() ? known->second : players_.emplace(resource, load(resource)).first->second;
-}
-
-Platform::AudioSamples InterfaceAudio::load(std::string_view resource) const {
-    try {
-        FellowCore::PosixFileOperations files;
-        const auto path = soundsFolder_ / (std::string(resource) + ".wav");
-        const auto bytes = FellowCore::readWholeFile(files, path, FellowCore::WaveFile::byteLimit);
-        return std::make_shared<const std::vector<std::int16_t>>(FellowCore::WaveFile::parse(bytes).samples);
-    } catch (const std::runtime_error& error) {
-        // The interface works without its sounds; the log says why there are none.
-        qWarning("The sound \"%s\" cannot play: %s", std::string(resource).c_str(), error.what());
-        return nullptr;
-    }
 }
 
 } // namespace DeskSprites

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/services/SoundFiles.h"
 #include "core/base/Geometry.h"
 #include "core/base/Instant.h"
 #include "core/base/Preferences.h"
@@ -13,7 +14,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -78,11 +78,8 @@ private:
     void begin(std::uint64_t generation);
     void applyGains();
     FellowCore::StereoGains currentGains() const;
-    Platform::AudioSamples player(FellowCore::InterfaceSoundCue cue);
-    Platform::AudioSamples load(std::string_view resource) const;
 
     FellowCore::Preferences& preferences_;
-    std::filesystem::path soundsFolder_;
     MakeOutput makeOutput_;
     Clock clock_;
     bool silent_;
@@ -90,8 +87,7 @@ private:
     FellowCore::InterfaceSoundGate gate_;
     std::uint64_t playbackGeneration_ = 0;
     std::optional<Pending> pending_;
-    /// By resource name; a file that cannot be read has absent samples.
-    std::map<std::string_view, Platform::AudioSamples> players_;
+    SoundFiles players_;
     std::unique_ptr<Platform::AudioOutput> output_;
     Platform::AudioVoice current_ = 0; ///< the generation it started under; 0 before the first sound
     FellowCore::InterfaceSoundCue currentCue_{};

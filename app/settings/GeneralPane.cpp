@@ -1,6 +1,6 @@
 #include "app/settings/GeneralPane.h"
 
-#include "app/settings/ShortcutRecorder.h"
+#include "app/settings/ShortcutSetting.h"
 #include "core/art/DesktopSize.h"
 
 #include <QBoxLayout>
@@ -22,20 +22,6 @@ void call(const std::function<void(Values...)>& action, Values... values) {
     if (action) {
         action(values...);
     }
-}
-
-QString sentence(Platform::ShortcutResult result) {
-    switch (result) {
-    case Platform::ShortcutResult::registered:
-        return {};
-    case Platform::ShortcutResult::taken:
-        return GeneralPane::tr("That shortcut is already taken by another program.");
-    case Platform::ShortcutResult::unsupported:
-        return GeneralPane::tr("This desktop cannot give that shortcut to a program.");
-    case Platform::ShortcutResult::invalid:
-        break;
-    }
-    return GeneralPane::tr("Hold Ctrl, Alt or Super together with a key.");
 }
 
 QWidget* sideBySide(std::initializer_list<QWidget*> widgets, QWidget* parent) {
@@ -69,20 +55,14 @@ void GeneralPane::addStart() {
     startRow_ = section->rowOf(startAtLogin_);
     connect(startAtLogin_, &QCheckBox::toggled, this, &GeneralPane::setStartAtLogin);
 
-    shortcut_ = new ShortcutRecorder(section);
-    clearShortcut_ = new FormButton(tr("Clear"), section);
-    clearShortcut_->setAccessibleName(tr("Clear shortcut"));
-    QWidget* both = sideBySide({shortcut_, clearShortcut_}, section);
-    both->setFocusProxy(shortcut_);
-    shortcutRow_ = section->addRow(tr("Show and hide everyone"), both);
-    connect(shortcut_, &ShortcutRecorder::recorded, this, &GeneralPane::takeShortcut);
-    connect(shortcut_, &ShortcutRecorder::refused, this,
-            [this] { shortcutRow_->setError(sentence(Platform::ShortcutResult::invalid)); });
-    connect(shortcut_, &ShortcutRecorder::recordingChanged, this, [this] { shortcutRow_->setError({}); });
-    connect(clearShortcut_, &QPushButton::clicked, this, [this] {
-        shortcutRow_->setError({});
-        call(actions_.onShortcutCleared);
-    });
+    shortcut_ = new ShortcutSetting(section);
+    shortcutRow_ = section->addRow(tr("Show and hide everyone"), shortcut_);
+    shortcut_->onChosen = [this](const Platform::KeyCombination& combination, const QString& label) {
+        return actions_.onShortcutChanged ? std::optional(actions_.onShortcutChanged(combination, label))
+                                          : std::nullopt;
+    };
+    shortcut_->onCleared = [this] { call(actions_.onShortcutCleared); };
+    connect(shortcut_, &ShortcutSetting::complained, shortcutRow_, &FormRow::setError);
 }
 
 void GeneralPane::addSounds() {
@@ -145,20 +125,6 @@ void GeneralPane::addAbout() {
     connect(folder_, &QPushButton::clicked, this, [this] { call(actions_.onOpenDataFolder); });
 }
 
-void GeneralPane::takeShortcut(const Platform::KeyCombination& combination) {
-    if (!actions_.onShortcutChanged) {
-        return;
-    }
-    const QString label = combination.label();
-    const Platform::ShortcutResult result = actions_.onShortcutChanged(combination, label);
-    shortcutRow_->setError(sentence(result));
-    if (result != Platform::ShortcutResult::registered) {
-        return;
-    }
-    shortcut_->setLabel(label);
-    clearShortcut_->setEnabled(true);
-}
-
 void GeneralPane::setStartAtLogin(bool on) {
     const QString error = actions_.onStartAtLogin ? actions_.onStartAtLogin(on) : QString();
     startRow_->setError(error);
@@ -173,9 +139,7 @@ void GeneralPane::showState(const LibraryState& state) {
     volume_->setQuietly(int(std::lround(general.interfaceVolume * 100)));
     volume_->setEnabled(general.interfaceSounds);
 
-    shortcut_->setLabel(general.shortcutLabel);
-    shortcut_->setEnabled(general.shortcutSupported);
-    clearShortcut_->setEnabled(general.shortcutSupported && !general.shortcutLabel.isEmpty());
+    shortcut_->showShortcut(general.shortcutLabel, general.shortcutSupported);
     shortcutRow_->setHelp(
         general.shortcutSupported
             ? QString()

@@ -5,7 +5,7 @@
 
 namespace DeskSprites {
 
-class ShortcutRecorder;
+class ShortcutSetting;
 
 /// What belongs to the whole collection: sounds, the shortcut, starting up, sizes and lining up, and where
 /// the files are.
@@ -23,15 +23,13 @@ private:
     void addArrange();
     void addMotion();
     void addAbout();
-    void takeShortcut(const Platform::KeyCombination& combination);
     void setStartAtLogin(bool on);
 
     const LibraryActions& actions_;
 
     FormSwitch* sounds_ = nullptr;
     FormSlider* volume_ = nullptr;
-    ShortcutRecorder* shortcut_ = nullptr;
-    QPushButton* clearShortcut_ = nullptr;
+    ShortcutSetting* shortcut_ = nullptr;
     FormRow* shortcutRow_ = nullptr;
     FormSwitch* startAtLogin_ = nullptr;
     FormRow* startRow_ = nullptr;

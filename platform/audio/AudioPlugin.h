@@ -9,7 +9,7 @@ namespace Platform {
 /// The way into the audio library, for QPluginLoader.
 class AudioPlugin final : public QObject, public AudioOutputFactory {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID "deskfellow.AudioOutputFactory/1")
+    Q_PLUGIN_METADATA(IID "deskfellow.AudioOutputFactory/2")
     Q_INTERFACES(Platform::AudioOutputFactory)
 
 public:

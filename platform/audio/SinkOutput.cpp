@@ -47,10 +47,11 @@ SinkOutput::~SinkOutput() {
     close();
 }
 
-void SinkOutput::play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains) {
+void SinkOutput::play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains,
+                      FellowCore::SoundStart from) {
     if (!open())
         return;
-    mixer_.start(voice, std::move(samples), gains);
+    mixer_.start(voice, std::move(samples), gains, from);
     sinceVoice_.start();
     feed();
 }

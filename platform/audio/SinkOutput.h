@@ -23,7 +23,8 @@ public:
     SinkOutput();
     ~SinkOutput() override;
 
-    void play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains) override;
+    void play(AudioVoice voice, AudioSamples samples, FellowCore::StereoGains gains,
+              FellowCore::SoundStart from) override;
     void setGains(AudioVoice voice, FellowCore::StereoGains gains) override;
     void stop(AudioVoice voice) override;
 

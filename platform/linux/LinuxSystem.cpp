@@ -4,6 +4,7 @@
 #include "platform/linux/LinuxTray.h"
 #include "platform/linux/LogindSessionEvents.h"
 #include "platform/linux/PortalReducedMotion.h"
+#include "platform/linux/X11ApplicationWindows.h"
 #include "platform/linux/X11Compositor.h"
 #include "platform/linux/X11DesktopSurface.h"
 #include "platform/linux/X11FrontmostApplication.h"
@@ -30,6 +31,7 @@ public:
     Screens& screens() override { return made(screens_, display_); }
     GlobalShortcuts& shortcuts() override { return made(shortcuts_, display_); }
     FrontmostApplication& frontmost() override { return made(frontmost_, display_); }
+    ApplicationWindows& windows() override { return made(windows_, display_); }
     Tray& tray() override { return made(tray_, display_); }
     PointerPresses& presses() override { return made(presses_, display_); }
 
@@ -64,6 +66,7 @@ private:
     std::unique_ptr<PortalReducedMotion> motion_;
     std::unique_ptr<X11GlobalShortcuts> shortcuts_;
     std::unique_ptr<X11FrontmostApplication> frontmost_;
+    std::unique_ptr<X11ApplicationWindows> windows_;
     std::unique_ptr<LinuxTray> tray_;
     std::unique_ptr<X11PointerPresses> presses_;
 };

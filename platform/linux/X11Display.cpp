@@ -13,6 +13,8 @@ constexpr std::array<const char*, static_cast<std::size_t>(X11Atom::compositor)>
     "WM_TRANSIENT_FOR",
     "_NET_ACTIVE_WINDOW",
     "_NET_CLIENT_LIST",
+    "_NET_CLIENT_LIST_STACKING",
+    "_NET_CLOSE_WINDOW",
     "_NET_CURRENT_DESKTOP",
     "_NET_SUPPORTING_WM_CHECK",
     "_NET_WM_DESKTOP",

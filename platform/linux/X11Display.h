@@ -26,6 +26,8 @@ enum class X11Atom : std::size_t {
     wmTransientFor,
     netActiveWindow,
     netClientList,
+    netClientListStacking,
+    netCloseWindow,
     netCurrentDesktop,
     netSupportingWmCheck,
     netWmDesktop,

@@ -28,10 +28,12 @@ class TestClock final : public Platform::Clock {
 public:
     static constexpr FellowCore::Instant start{800000000};
 
-    FellowCore::Instant wall() const override { return start + elapsed(); }
+    FellowCore::Instant wall() const override { return start + elapsed() + set_; }
     FellowCore::MonotonicInstant monotonic() const override { return {1000 + elapsed()}; }
     void advance(FellowCore::Seconds length) { told_ += length; }
     void run() { running_.start(); }
+    /// Someone sets the wall's clock, by so much.
+    void setWall(FellowCore::Seconds by) { set_ += by; }
 
 private:
     FellowCore::Seconds elapsed() const {
@@ -39,6 +41,7 @@ private:
     }
 
     FellowCore::Seconds told_ = 0;
+    FellowCore::Seconds set_ = 0;
     QElapsedTimer running_;
 };
 
@@ -62,6 +65,7 @@ public:
     Platform::SessionEvents& session() override { return real_->session(); }
     Platform::GlobalShortcuts& shortcuts() override { return real_->shortcuts(); }
     Platform::FrontmostApplication& frontmost() override { return real_->frontmost(); }
+    Platform::ApplicationWindows& windows() override { return real_->windows(); }
     Platform::Tray& tray() override { return real_->tray(); }
     Platform::PointerPresses& presses() override { return real_->presses(); }
     std::unique_ptr<Platform::DesktopSurface> makeSurface(Platform::DesktopSurfaceClient& client) override;

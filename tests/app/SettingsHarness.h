@@ -21,7 +21,10 @@ using Log = std::vector<std::string>;
 /// The settings window with three characters, and a line in `log` for each call that it makes.
 class Library {
 public:
-    Library() : controller(actions(), {{"mira", [](QWidget* parent) { return miraForm(parent); }}}) {
+    Library()
+        : controller(actions(), [](const std::string& id, QWidget* parent) {
+              return id == "mira" ? miraForm(parent) : nullptr;
+          }) {
         controller.setRoster(
             {entry("batti", "Batti", "Focus", true), entry("mira", "Mira", "Breathing", false),
              entry("munshi", "Munshi", "Ledger", false), entry("fourth", "A & B", "", true)});

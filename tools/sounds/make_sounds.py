@@ -99,17 +99,6 @@ def pump_needs_you():
                  (0.0, 0.4, woodblock(note("E5"), 0.2, seed=81)), (0.17, 0.35, woodblock(note("E5"), 0.2, seed=82)))
 
 
-def snake_eat():
-    return mixed(0.16, (0.0, 0.7, woodblock(note("C5"), 0.12, seed=91)),
-                 (0.035, 1.0, woodblock(note("G5"), 0.12, seed=92)))
-
-
-def snake_end():
-    return mixed(0.59, (0.0, 0.8, marimba(note("G4"), 0.3, 0.3, seed=101)),
-                 (0.12, 0.85, marimba(note("D#4"), 0.3, 0.3, seed=102)),
-                 (0.24, 1.0, marimba(note("C4"), 0.35, 0.36, seed=103)))
-
-
 def breath_in():
     return breath(4.0, 420.0, 900.0, 0.68, seed=111)
 
@@ -133,8 +122,6 @@ SOUNDS = {
     "mira-exhale": (mira_exhale, SHORT),
     "mira-rest": (mira_rest, SHORT),
     "pump-needs-you": (pump_needs_you, SHORT),
-    "snake-eat": (snake_eat, SHORT),
-    "snake-end": (snake_end, SHORT),
     "breath-in": (breath_in, BREATH),
     "breath-out": (breath_out, BREATH),
 }

@@ -27,6 +27,8 @@ public:
     /// A pose that wins over the computed one.
     virtual std::optional<std::string> artworkPose() const { return std::nullopt; }
     virtual std::optional<QString> statusOverride() const { return std::nullopt; }
+    /// A few digits shown large beside the status.
+    virtual std::optional<QString> badge() const { return std::nullopt; }
     virtual FellowCore::Seconds blinkInterval() const { return 4.6; }
     virtual FellowCore::Seconds blinkDuration() const { return 0.14; }
 

@@ -195,6 +195,7 @@ CharacterPresentation ManifestCharacterController::presentation() {
         shown.spoken = shown.status;
     }
     if (ability_) {
+        shown.badge = hasTimer() ? shown.badge : ability_->badge();
         shown.spoken = ability_->accessibilityValue().value_or(shown.spoken);
         for (QuickAction& action : ability_->actions()) {
             shown.actions.push_back(std::move(action));

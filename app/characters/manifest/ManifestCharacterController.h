@@ -25,6 +25,8 @@ public:
     ManifestCharacterAbility* ability() const { return ability_.get(); }
     /// The ability has another pose, status or overlay.
     void abilityChanged();
+    /// Only what the ability draws over the art is another.
+    void overlayChanged() { sprite_.refreshOverlay(); }
 
     void prepareForActivation() override;
     void activate() override;

@@ -63,7 +63,7 @@ protected:
         runFor(50);
         loadedTooEarly = multimediaIsLoaded();
         for (Platform::AudioVoice voice = 1; voice <= 3; ++voice)
-            audio.play(voice, tone(1000), {1, 1});
+            audio.play(voice, tone(1000), {1, 1}, {});
         runFor(500);
         loadedWhenDue = multimediaIsLoaded();
     }
@@ -74,7 +74,7 @@ protected:
     {
         AudioThread audio(QStringLiteral("/nonexistent/library.so"));
         for (Platform::AudioVoice voice = 1; voice <= 3; ++voice)
-            audio.play(voice, tone(1000), {1, 1});
+            audio.play(voice, tone(1000), {1, 1}, {});
         audio.stop(3);
         runFor(200);
     }
@@ -87,14 +87,14 @@ protected:
     {
         SoundServer server;
         AudioThread audio(library);
-        audio.play(1, tone(480'000), {1, 1});
+        audio.play(1, tone(480'000), {1, 1}, {});
         before = server.hear(700).both();
         server.kill();
-        audio.play(2, tone(480'000), {1, 1});
+        audio.play(2, tone(480'000), {1, 1}, {});
         runFor(500);
         server.start();
         runFor(4000); // the toolkit's own pause before it tries the server again
-        audio.play(3, tone(48'000), {1, 1});
+        audio.play(3, tone(48'000), {1, 1}, {});
         after = server.hear(1500).both();
     }
     expectAllAndExit({before > 0, after > 0});
@@ -106,11 +106,11 @@ protected:
     QElapsedTimer ending;
     {
         AudioThread audio(library);
-        audio.play(1, tone(1000), {1, 1});
+        audio.play(1, tone(1000), {1, 1}, {});
         runFor(300);
         server->suspend();
         runFor(2000);
-        audio.play(2, tone(1000), {1, 1});
+        audio.play(2, tone(1000), {1, 1}, {});
         runFor(100);
         ending.start();
     }

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/desktop/DialoguePalette.h"
+#include "app/desktop/FocusRing.h"
+#include "core/agents/PumpAgentEvent.h"
+
+#include <QAbstractButton>
+
+namespace DeskSprites {
+
+/// One live session in the panel: its lamp, its project, what it is doing and since when. A press leads
+/// there.
+class PumpSessionRow : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    explicit PumpSessionRow(QWidget* parent = nullptr);
+
+    void setDialoguePalette(const DialoguePalette& palette);
+    void showSession(const FellowCore::PumpAgentEvent& session, FellowCore::Instant now);
+    const FellowCore::PumpAgentEvent& session() const { return *session_; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QFont titleFont() const;
+    void paintGround(QPainter& painter) const;
+
+    DialoguePalette palette_;
+    std::optional<FellowCore::PumpAgentEvent> session_;
+    QString title_;
+    QString detail_;
+    FocusRing focusRing_;
+};
+
+} // namespace DeskSprites
