@@ -9,8 +9,8 @@ class QPainter;
 
 namespace DeskSprites {
 
-/// Hand-made digits for gauges and badges: 0-9, colon, percent, full stop, minus, plus and space. Digits all have
-/// one width, so a running clock never moves. Any other character is drawn as a space.
+/// Hand-made digits for gauges and badges: 0-9, colon, percent, full stop, minus, plus and space. Digits all
+/// have one width, so a running clock never moves. Any other character is drawn as a space.
 class PixelDigits {
 public:
     enum class Face {

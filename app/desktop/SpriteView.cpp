@@ -10,8 +10,8 @@ namespace DeskSprites {
 
 namespace {
 
-constexpr double dragThreshold = 4;       ///< points the pointer may tremble within a click
-constexpr int wheelNotch = 120;           ///< Qt's eighths of a degree
+constexpr double dragThreshold = 4; ///< points the pointer may tremble within a click
+constexpr int wheelNotch = 120;     ///< Qt's eighths of a degree
 
 } // namespace
 

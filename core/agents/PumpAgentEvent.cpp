@@ -80,7 +80,7 @@ std::string PumpAgentEvent::key() const {
 }
 
 std::string PumpAgentEvent::phrase() const {
-    const std::string name(title(agent));
+    std::string name(title(agent));
     switch (event) {
     case PumpAgentPhase::working:
         return name + " is working";

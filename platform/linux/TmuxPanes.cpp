@@ -18,7 +18,7 @@ public:
         : socket_(QString::fromLocal8Bit(variable.c_str()).section(QLatin1Char(','), 0, -3)) {}
 
     /// The lines of the answer; nothing when the server does not answer or refuses.
-    std::optional<QStringList> ask(QStringList arguments) const {
+    std::optional<QStringList> ask(const QStringList& arguments) const {
         QProcess process;
         process.start(QStringLiteral("tmux"), QStringList{QStringLiteral("-S"), socket_} + arguments);
         if (!process.waitForFinished(answerMilliseconds)) {

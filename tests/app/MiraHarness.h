@@ -5,37 +5,10 @@
 #include "core/art/BuiltinCharacters.h"
 #include "platform/image/PngDecoder.h"
 #include "tests/app/AppHarness.h"
+#include "tests/app/QuietCommands.h"
 #include "tests/core/breathing/BreathingScript.h"
 
 namespace AppHarness {
-
-/// A desktop on which nothing is done but what a character itself asks for, which is written down.
-class AskedCommands final : public DesktopCommands {
-public:
-    std::function<void()> onBringOut;
-
-    void bringOut(const std::string&) override { onBringOut(); }
-    bool isVisible() const override { return true; }
-    void select(const std::string&) override {}
-    void hideCharacter() override {}
-    void toggleVisible() override {}
-    void swapBack() override {}
-    void focus(const std::string&) override {}
-    void arrange(FellowCore::ArrangeLayout::Edge, CompactChange) override {}
-    void stepSize(DesktopCharacter&, int) override {}
-    void beginSizeEdit(DesktopCharacter&) override {}
-    void requestSize(double) override {}
-    void finishSizeEdit() override {}
-    void openLibrary(const std::optional<std::string>&) override {}
-    void quit() override {}
-    std::vector<DesktopCharacter*> candidates() const override { return {}; }
-    DesktopCharacter* previousCharacter(const DesktopCharacter&) const override { return nullptr; }
-    bool isSetFull() const override { return false; }
-    bool isCompact() const override { return false; }
-    FellowCore::ArrangeLayout::Edge arrangeEdge() const override {
-        return FellowCore::ArrangeLayout::Edge::right;
-    }
-};
 
 /// Mira on a desktop, told what happens in words, with what she asked of the program in `log`.
 class MiraScript {
@@ -129,7 +102,7 @@ private:
         mira->preferencesChanged();
     }
 
-    AskedCommands commands_;
+    QuietCommands commands_;
     ShortcutBoard shortcuts_{desk.preferences, desk.system.shortcuts()};
     CharacterSite site_{desk.services, commands_, shortcuts_, DESKFELLOW_DATA, {}, {}, {}, {}, {}, {}};
 };

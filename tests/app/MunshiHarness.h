@@ -6,6 +6,7 @@
 #include "core/ledger/MunshiStore.h"
 #include "platform/image/PngDecoder.h"
 #include "tests/app/AppHarness.h"
+#include "tests/app/QuietCommands.h"
 
 namespace MunshiHarness {
 
@@ -118,6 +119,7 @@ public:
         site.tell = [this](const QString& sentence) { log.push_back(sentence.toStdString()); };
         site.obstacles = [](const DesktopCharacter&) { return std::vector<FellowCore::Rect>{}; };
         site.dismissActions = [] {};
+        commands.onBringOut = [this] { munshi->activate(); };
         const auto folder = std::filesystem::path(DESKFELLOW_DATA) / "characters" / "munshi";
         const auto manifest =
             FellowCore::CharacterManifest::fromJson(TestSupport::bytesOf(folder / "manifest.json"));
@@ -150,41 +152,9 @@ public:
         ADD_FAILURE() << "no action " << id;
     }
 
-private:
-    class Commands final : public DesktopCommands {
-    public:
-        explicit Commands(MunshiDesk& desk) : desk_(desk) {}
-        void bringOut(const std::string&) override { desk_.munshi->activate(); }
-        bool isVisible() const override { return true; }
-        void select(const std::string&) override {}
-        void hideCharacter() override {}
-        void toggleVisible() override {}
-        void swapBack() override {}
-        void focus(const std::string&) override {}
-        void arrange(FellowCore::ArrangeLayout::Edge, CompactChange) override {}
-        void stepSize(DesktopCharacter&, int) override {}
-        void beginSizeEdit(DesktopCharacter&) override {}
-        void requestSize(double) override {}
-        void finishSizeEdit() override {}
-        void openLibrary(const std::optional<std::string>&) override {}
-        void quit() override {}
-        std::vector<DesktopCharacter*> candidates() const override { return {}; }
-        DesktopCharacter* previousCharacter(const DesktopCharacter&) const override { return nullptr; }
-        bool isSetFull() const override { return false; }
-        bool isCompact() const override { return false; }
-        FellowCore::ArrangeLayout::Edge arrangeEdge() const override {
-            return FellowCore::ArrangeLayout::Edge::right;
-        }
-
-    private:
-        MunshiDesk& desk_;
-    };
-
-    Commands commands_{*this};
-
-public:
+    QuietCommands commands;
     ShortcutBoard shortcuts{desk.preferences, desk.system.shortcuts()};
-    CharacterSite site{desk.services, commands_, shortcuts, DESKFELLOW_DATA, {}, {}, {}, {}, {}, {}};
+    CharacterSite site{desk.services, commands, shortcuts, DESKFELLOW_DATA, {}, {}, {}, {}, {}, {}};
 };
 
 } // namespace MunshiHarness

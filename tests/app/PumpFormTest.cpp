@@ -56,7 +56,7 @@ protected:
         QPushButton* found = nullptr;
         const bool ready = waitUntil([&] {
             found = find<QPushButton>(name);
-            return found && found->isEnabled();
+            return found && found->isEnabled() && !shows("onnecting…");
         });
         if (ready) {
             found->click();

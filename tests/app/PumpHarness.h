@@ -5,6 +5,7 @@
 #include "core/agents/PumpAgentConnector.h"
 #include "core/agents/PumpAgentLog.h"
 #include "tests/app/AppHarness.h"
+#include "tests/app/QuietCommands.h"
 
 namespace PumpHarness {
 
@@ -15,32 +16,6 @@ using FellowCore::PumpPreferences;
 using FellowCore::PumpProvider;
 using FellowCore::PumpSourceState;
 using FellowCore::PumpUsageSnapshot;
-
-/// Notes which settings were asked for; nobody asks for anything else.
-class SettingsOnly final : public DesktopCommands {
-public:
-    Log opened;
-
-    void select(const std::string&) override {}
-    void bringOut(const std::string&) override {}
-    void hideCharacter() override {}
-    void toggleVisible() override {}
-    void swapBack() override {}
-    void focus(const std::string&) override {}
-    void arrange(FellowCore::ArrangeLayout::Edge, CompactChange) override {}
-    void stepSize(DesktopCharacter&, int) override {}
-    void beginSizeEdit(DesktopCharacter&) override {}
-    void requestSize(double) override {}
-    void finishSizeEdit() override {}
-    void openLibrary(const std::optional<std::string>& pane) override { opened.push_back(pane.value_or("")); }
-    void quit() override {}
-    std::vector<DesktopCharacter*> candidates() const override { return {}; }
-    DesktopCharacter* previousCharacter(const DesktopCharacter&) const override { return nullptr; }
-    bool isSetFull() const override { return false; }
-    bool isVisible() const override { return true; }
-    bool isCompact() const override { return false; }
-    FellowCore::ArrangeLayout::Edge arrangeEdge() const override { return {}; }
-};
 
 /// A desktop whose agents write real event files.
 class AgentDesk : public Desk {
@@ -121,7 +96,7 @@ public:
         return done;
     }
 
-    SettingsOnly commands;
+    QuietCommands commands;
     ShortcutBoard shortcuts{preferences, system.shortcuts()};
     CharacterSite site{services, commands, shortcuts, {}, {}, {}, {}, {}, {}, {}};
     Log sounds;

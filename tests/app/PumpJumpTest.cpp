@@ -117,6 +117,32 @@ TEST_F(PumpJumpTest, BringsTheRightPaneOfTmuxToTheFront) {
     answer({QStringLiteral("kill-server")});
 }
 
+TEST_F(PumpJumpTest, OpensTheProjectInItsEditorAndTheApplicationOtherwise) {
+    const std::filesystem::path applications =
+        std::filesystem::path(qEnvironmentVariable("XDG_DATA_HOME").toStdString()) / "applications";
+    const std::string note = desk.home / "opened";
+    TestSupport::writeBytes(desk.home / "editor", "#!/bin/sh\necho \"$#:$1\" > '" + note + ".new'\nmv '" +
+                                                      note + ".new' '" + note + "'\n");
+    std::filesystem::permissions(desk.home / "editor", std::filesystem::perms::owner_all);
+    TestSupport::writeBytes(applications / "codium.desktop", "[Desktop Entry]\nType=Application\nExec=\"" +
+                                                                 (desk.home / "editor").string() + "\" %F\n");
+    PumpAgentEvent event{.agent = PumpProvider::codex, .event = PumpAgentPhase::done, .sessionID = "s"};
+    event.terminalBundleID = "codium.desktop";
+    const auto opened = [&](const PumpAgentEvent& session) {
+        std::filesystem::remove(note);
+        jumper.to(session);
+        waitUntil([&] { return std::filesystem::exists(note); });
+        return std::filesystem::exists(note) ? TestSupport::bytesOf(note) : "nothing";
+    };
+    EXPECT_EQ(opened(event), "0:\n");
+    event.cwd = "/home/u/a project; rm";
+    EXPECT_EQ(opened(event), "1:/home/u/a project; rm\n");
+    event.cwd = "a project's name";
+    EXPECT_EQ(opened(event), "0:\n") << "a name is no folder";
+    std::filesystem::remove(applications / "codium.desktop");
+    EXPECT_EQ(opened(event), "nothing");
+}
+
 /// What Konsole answers on the session bus, for two tabs of one window.
 class TabsOfKonsole final : public QDBusVirtualObject {
 public:

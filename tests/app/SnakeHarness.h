@@ -3,6 +3,7 @@
 #include "app/characters/snake/SnakeAbility.h"
 #include "app/desktop/ShortcutBoard.h"
 #include "tests/app/AppHarness.h"
+#include "tests/app/QuietCommands.h"
 #include "tests/support/OtherProgram.h"
 
 #include <QApplication>
@@ -16,30 +17,6 @@ using FellowCore::SnakeDirection;
 using FellowCore::SnakeStatus;
 using FellowCore::SnakeStore;
 using Restore = SnakeAbility::Restore;
-
-/// Nobody in these tests asks the desktop for anything.
-class NoCommands final : public DesktopCommands {
-public:
-    void select(const std::string&) override {}
-    void bringOut(const std::string&) override {}
-    void hideCharacter() override {}
-    void toggleVisible() override {}
-    void swapBack() override {}
-    void focus(const std::string&) override {}
-    void arrange(FellowCore::ArrangeLayout::Edge, CompactChange) override {}
-    void stepSize(DesktopCharacter&, int) override {}
-    void beginSizeEdit(DesktopCharacter&) override {}
-    void requestSize(double) override {}
-    void finishSizeEdit() override {}
-    void openLibrary(const std::optional<std::string>&) override {}
-    void quit() override {}
-    std::vector<DesktopCharacter*> candidates() const override { return {}; }
-    DesktopCharacter* previousCharacter(const DesktopCharacter&) const override { return nullptr; }
-    bool isSetFull() const override { return false; }
-    bool isVisible() const override { return true; }
-    bool isCompact() const override { return false; }
-    FellowCore::ArrangeLayout::Edge arrangeEdge() const override { return {}; }
-};
 
 /// Snake on a real desktop, with food that lies where the test wants it.
 class SnakeDesk : public Desk {
@@ -92,7 +69,7 @@ public:
     /// Puts every food before the snake, so that each step is a bite.
     void feed(bool always) { feeding_ = always; }
 
-    NoCommands commands;
+    QuietCommands commands;
     ShortcutBoard shortcuts{preferences, system.shortcuts()};
     CharacterSite site{services, commands, shortcuts, {}, {}, {}, {}, {}, {}, {}};
     Log sounds;

@@ -4,6 +4,7 @@ import subprocess
 import sys
 import tempfile
 import time
+from datetime import datetime, timezone
 from pathlib import Path
 
 from PIL import Image
@@ -46,6 +47,8 @@ class Stage:
         if self.theme == "dark":
             (self.program.home / "config" / "kdeglobals").write_text(DARK_COLOURS)
             look = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
+        if self.character == "pump":
+            agents(self.program.home)
         self.desk.mouse.move(2, 2)
         self.program.start(shows=self.name, **look)
         return self
@@ -78,7 +81,7 @@ class Stage:
     def settings(self, height):
         self.link("settings/" + self.character, 1.0)
         window = wait_for("the settings", lambda: self.desk.find("Deskfellow"))
-        subprocess.run(["xdotool", "windowmove", str(window.window.id), "40", "40", "windowsize", str(window.window.id),
+        subprocess.run(["xdotool", "windowmove", str(window.window.id), "0", "24", "windowsize", str(window.window.id),
                         "820", str(height)], check=True)
         time.sleep(0.5)
         left, top, width, height = (int(side) for side in window.box)
@@ -119,9 +122,51 @@ def snake(stage):
     return [idle, use], stage.settings(860)
 
 
+def hook_line(agent, event, session, project):
+    return json.dumps({"agent": agent, "event": event, "session_id": session, "ts": time.time(), "cwd": project,
+                       "terminal_bundle_id": "debian-xterm.desktop"}) + "\n"
+
+
+def agents(home):
+    """What two agents leave behind: a limit of one, some use of the other, and both connected."""
+    now = datetime.now(timezone.utc)
+    stamp = now.isoformat(timespec="milliseconds").replace("+00:00", "Z")
+    claude = home / ".claude" / "projects" / "deskfellow"
+    codex = home / ".codex" / "sessions"
+    claude.mkdir(parents=True)
+    codex.mkdir(parents=True)
+    usage = {"input_tokens": 12400, "output_tokens": 4100}
+    (claude / "one.jsonl").write_text(json.dumps({"timestamp": stamp, "type": "assistant", "message": {
+        "id": "m1", "role": "assistant", "usage": usage}}) + "\n")
+    limit = {"used_percent": 24.0, "window_minutes": 300, "resets_at": int(now.timestamp()) + 7000}
+    (codex / "rollout-1.jsonl").write_text(json.dumps({"timestamp": stamp, "type": "event_msg", "payload": {
+        "type": "token_count", "rate_limits": {"primary": limit, "plan_type": "plus"}}}) + "\n")
+
+
+def pump(stage):
+    stage.link("settings/pump", 1.0)
+    stage.program.press("Include project name", "check box")
+    for button in ("Claude Code: Connect", "Codex: Connect"):
+        stage.program.press(button)
+        time.sleep(0.6)
+    form = stage.settings(1140)
+    idle = stage.standing(760, 620)
+    events = stage.program.home / "data" / "Deskfellow" / "agent-events.jsonl"
+    events.parent.mkdir(parents=True, exist_ok=True)
+    lines = hook_line("codex", "done", "b", "/home/u/parser") + hook_line("claude", "working", "a", "/home/u/deskfellow")
+    for text in (lines, lines + hook_line("claude", "needs_you", "c", "/home/u/invoices")):
+        events.with_suffix(".new").write_text(text)
+        events.with_suffix(".new").rename(events)
+        time.sleep(1.2)
+    cue = stage.standing(760, 620)
+    stage.link("do/pump/open", 1.0)
+    return [idle, cue, stage.standing(760, 620)], form
+
+
 SCENES = {
     "mira": ("Mira", mira, {}),
     "munshi": ("Munshi", munshi, {}),
+    "pump": ("Pump", pump, {}),
     "snake": ("Snake", snake, {"snake.bestScore.v1": 23, "snake.speed.v1": 6}),
 }
 
@@ -146,12 +191,12 @@ def shoot(desk, character):
     forms = []
     for theme in GROUND:
         with Stage(desk, theme, character, name, preferences) as stage:
-            (idle, use), form = scene(stage)
-        if use.width > 1000:
-            save(use, f"{character}-use-{theme}.png")
-            save(idle, f"{character}-idle-{theme}.png")
+            pictures, form = scene(stage)
+        if pictures[-1].width > 1000:  # the game, which fills the screen
+            save(pictures[1], f"{character}-use-{theme}.png")
+            save(pictures[0], f"{character}-idle-{theme}.png")
         else:
-            save(side_by_side([idle, use]), f"{character}-{theme}.png")
+            save(side_by_side(pictures), f"{character}-{theme}.png")
         forms.append(form)
     save(side_by_side(forms), f"{character}-settings.png")
 

@@ -51,7 +51,7 @@ void copy(const std::string& markdown, const Report& report) {
 }
 
 void save(QWidget& parent, DesktopServices& services, const std::string& key, const std::string& markdown,
-          Report report) {
+          const Report& report) {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     auto* dialog = new QFileDialog(&parent, words("Save the day as Markdown"), folder,
                                    words("Markdown (*.md);;All files (*)"));

@@ -19,6 +19,6 @@ void copy(const std::string& markdown, const Report& report);
 /// Asks where, and saves a day's Markdown there, in the background. `key` is the day's, for the file's name;
 /// `report` is dropped when `parent` goes. Returns at once.
 void save(QWidget& parent, DesktopServices& services, const std::string& key, const std::string& markdown,
-          Report report);
+          const Report& report);
 
 } // namespace DeskSprites::MunshiExport

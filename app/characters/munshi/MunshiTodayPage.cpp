@@ -7,6 +7,7 @@
 #include "app/characters/munshi/MunshiWords.h"
 #include "app/desktop/PanelControls.h"
 
+#include <QDate>
 #include <QHBoxLayout>
 #include <QLocale>
 #include <QVBoxLayout>

@@ -184,6 +184,7 @@ void PumpAbility::togglePanel() {
 
 void PumpAbility::openPanel() {
     makePanel();
+    connections_.look();
     cue_.dismiss();
     if (!panel_->present(PanelOpening::replacesActions)) {
         site_.tell(words("There is no room for the gauge here. Move Pump a little."));
@@ -198,7 +199,7 @@ void PumpAbility::makePanel() {
     if (panel_) {
         return;
     }
-    auto view = std::make_unique<PumpPanel>(usage_, agents_, site_.services.system.clock());
+    auto view = std::make_unique<PumpPanel>(usage_, agents_, connections_, site_.services.system.clock());
     panelView_ = view.get();
     panelView_->onSession = [this](const PumpAgentEvent& session) {
         panel_->dismiss();

@@ -88,7 +88,7 @@ void PumpConnectForm::showLine(PumpLink link, const LinkLine& line) {
                          : link == PumpLink::codexHooks ? tr("Codex")
                                                         : tr("Claude Code");
     line.button->setAccessibleName(tr("%1: %2").arg(name, action));
-    line.button->setEnabled(state.isKnown && !state.isBusy);
+    line.button->setEnabled(state.isKnown); // and while busy, or the keyboard would lose its place
     QString words = stateWords(link);
     if (const QString activity = activityWords(link); !activity.isEmpty()) {
         words += QLatin1Char('\n') + activity;

@@ -2,6 +2,7 @@
 
 #include "app/characters/pump/PumpAgentRow.h"
 #include "app/characters/pump/PumpAgentService.h"
+#include "app/characters/pump/PumpConnections.h"
 #include "app/characters/pump/PumpSessionList.h"
 #include "app/characters/pump/PumpSessionRow.h"
 #include "app/characters/pump/PumpUsageService.h"
@@ -37,8 +38,10 @@ QWidget* rule(QWidget* parent) {
 
 } // namespace
 
-PumpPanel::PumpPanel(PumpUsageService& usage, PumpAgentService& agents, const Platform::Clock& clock)
-    : Bubble(BubbleDismissal::explicitOnly), usage_(usage), agents_(agents), clock_(clock) {
+PumpPanel::PumpPanel(PumpUsageService& usage, PumpAgentService& agents, PumpConnections& connections,
+                     const Platform::Clock& clock)
+    : Bubble(BubbleDismissal::explicitOnly), usage_(usage), agents_(agents), connections_(connections),
+      clock_(clock) {
     auto* inside = new QWidget;
     inside->setFixedWidth(insideWidth);
     auto* column = new QVBoxLayout(inside);
@@ -70,6 +73,7 @@ PumpPanel::PumpPanel(PumpUsageService& usage, PumpAgentService& agents, const Pl
     }
     connect(&usage_, &PumpUsageService::changed, this, &PumpPanel::refresh);
     connect(&agents_, &PumpAgentService::changed, this, &PumpPanel::refresh);
+    connect(&connections_, &PumpConnections::changed, this, &PumpPanel::refresh);
     setWindowTitle(tr("Pump's gauge"));
     setAccessibleName(tr("Pump's gauge"));
     setContent(inside);
@@ -122,7 +126,8 @@ void PumpPanel::showUsage() {
         rows_.at(index)->showRow(rows.at(index));
     }
     nearest_->setText(usage_.snapshot() ? PumpPresentation::nearest(snapshot) : tr("Reading local history…"));
-    exact_->setVisible(PumpPresentation::couldBeExact(snapshot));
+    const PumpLinkState& statusLine = connections_.state(PumpLink::statusLine);
+    exact_->setVisible(PumpPresentation::couldBeExact(snapshot) && !statusLine.isConnected);
 }
 
 void PumpPanel::showSessions() {

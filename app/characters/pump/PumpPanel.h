@@ -13,6 +13,7 @@ class PanelButton;
 class PanelText;
 class PumpAgentRow;
 class PumpAgentService;
+class PumpConnections;
 class PumpSessionList;
 class PumpUsageService;
 
@@ -22,7 +23,8 @@ class PumpPanel : public Bubble {
 
 public:
     /// All outlive the panel.
-    PumpPanel(PumpUsageService& usage, PumpAgentService& agents, const Platform::Clock& clock);
+    PumpPanel(PumpUsageService& usage, PumpAgentService& agents, PumpConnections& connections,
+              const Platform::Clock& clock);
 
     /// The user chose a session.
     std::function<void(const FellowCore::PumpAgentEvent&)> onSession;
@@ -46,6 +48,7 @@ private:
 
     PumpUsageService& usage_;
     PumpAgentService& agents_;
+    PumpConnections& connections_;
     const Platform::Clock& clock_;
     PanelText* title_ = nullptr;
     PanelText* nearest_ = nullptr;

@@ -60,9 +60,8 @@ QWidget* PumpUsageForm::makeUsage() {
         line.row = section->addRow(fromCore(title(FellowCore::allPumpProviders.at(index))), line.value);
     }
     auto* buttons = new FormButtons(section);
-    refresh_ = buttons->add(tr("Refresh usage now"));
     section->layout()->addWidget(buttons);
-    connect(refresh_, &QPushButton::clicked, this, [this] { usage_.refresh(); });
+    connect(buttons->add(tr("Refresh usage now")), &QPushButton::clicked, this, [this] { usage_.refresh(); });
     return section;
 }
 
@@ -143,7 +142,6 @@ void PumpUsageForm::showAll() {
 }
 
 void PumpUsageForm::showUsage() {
-    refresh_->setEnabled(!usage_.isReading() || !usage_.snapshot());
     if (!usage_.snapshot()) {
         for (const AgentLine& line : agents_) {
             line.value->setText(tr("Reading…"));

@@ -40,7 +40,6 @@ private:
         FormRow* row = nullptr;
     };
     std::array<AgentLine, 2> agents_;
-    QPushButton* refresh_ = nullptr;
     std::vector<std::pair<FellowCore::PumpPlan, FormRadio*>> plans_;
     QLineEdit* budget_ = nullptr;
     FormRow* budgetRow_ = nullptr;

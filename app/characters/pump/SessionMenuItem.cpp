@@ -40,7 +40,7 @@ SessionMenuItem::SessionMenuItem(const PumpAgentEvent& session, FellowCore::Inst
 
 std::unique_ptr<QMenu> SessionMenuItem::menu(const std::vector<PumpAgentEvent>& sessions,
                                              FellowCore::Instant now,
-                                             std::function<void(const PumpAgentEvent&)> onChosen) {
+                                             const std::function<void(const PumpAgentEvent&)>& onChosen) {
     auto menu = std::make_unique<QMenu>();
     for (const PumpAgentEvent& session : sessions) {
         auto* item = new SessionMenuItem(session, now, menu.get());

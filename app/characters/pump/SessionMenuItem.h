@@ -19,9 +19,9 @@ public:
     SessionMenuItem(const FellowCore::PumpAgentEvent& session, FellowCore::Instant now, QObject* parent);
 
     /// The menu of all sessions, or a line that says there are none.
-    static std::unique_ptr<QMenu> menu(const std::vector<FellowCore::PumpAgentEvent>& sessions,
-                                       FellowCore::Instant now,
-                                       std::function<void(const FellowCore::PumpAgentEvent&)> onChosen);
+    static std::unique_ptr<QMenu>
+    menu(const std::vector<FellowCore::PumpAgentEvent>& sessions, FellowCore::Instant now,
+         const std::function<void(const FellowCore::PumpAgentEvent&)>& onChosen);
 };
 
 } // namespace DeskSprites

@@ -191,7 +191,11 @@ TEST_F(Sampler, AgreesWithLookingAtEverything) {
 
 TEST_F(Sampler, NoticesAnotherProgramBehindTheSameNumber) {
     startTwo();
+    system.processes[200].cpu = 0;
     sample();
+    system.processes[200].path = "/usr/bin/deno";
+    EXPECT_EQ(sample().listeners.at(0).process.executablePath, "/usr/bin/deno")
+        << "no time at all proves nothing";
     system.processes[200].path = "/usr/bin/bun";
     run(200);
     EXPECT_EQ(sample().listeners.at(0).process.executablePath, "/usr/bin/bun")
