@@ -12,6 +12,21 @@ namespace DeskSprites {
 namespace Keys = FellowCore::PreferenceKeys;
 using FellowCore::InterfaceSoundCue;
 
+namespace {
+
+/// False when the character does not offer the action now.
+bool press(DesktopCharacter& character, const QString& action) {
+    const std::vector<QuickAction> offered = character.presentation().actions;
+    const auto found = std::ranges::find(offered, action, &QuickAction::id);
+    const bool canPress = found != offered.end() && found->enabled && found->onPress;
+    if (canPress) {
+        found->onPress();
+    }
+    return canPress;
+}
+
+} // namespace
+
 void AppController::select(const std::string& id) {
     arrangement_.finishArrangement();
     FellowCore::CharacterHost& host = stage_.host();
@@ -273,14 +288,11 @@ bool AppController::cuesAreMuted(const DesktopCharacter* from) const {
 
 void AppController::perform(const std::string& id, const QString& action) {
     DesktopCharacter* character = stage_.find(id);
-    if (!character || !stage_.host().isAvailable(id)) {
+    if (!character || !stage_.host().isAvailable(id) || press(*character, action)) {
         return;
     }
-    const std::vector<QuickAction> offered = character->presentation().actions;
-    const auto found = std::ranges::find(offered, action, &QuickAction::id);
-    if (found != offered.end() && found->enabled && found->onPress) {
-        found->onPress();
-    } else {
+    bringOut(id); // some things can only be done on the desktop
+    if (!press(*character, action)) {
         qWarning("%s cannot do \"%s\" now.", id.c_str(), qUtf8Printable(action.left(100)));
     }
 }

@@ -329,7 +329,7 @@ void AppController::applicationWillTerminate() {
         return;
     }
     terminated_ = true;
-    notices_.hide();
+    notices_.end();
     arrangement_.finishArrangement();
     sizePreview_.finishSizePreview();
     if (const DesktopCharacter* active = stage_.active()) {

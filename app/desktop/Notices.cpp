@@ -26,6 +26,11 @@ void Notices::start() {
     showNext();
 }
 
+void Notices::end() {
+    started_ = false;
+    hide();
+}
+
 void Notices::hide() {
     if (controlBubble_) {
         controlBubble_->dismiss();
@@ -47,7 +52,12 @@ void Notices::showNext() {
     }
     if (!controlBubble_) {
         controlBubble_ = std::make_unique<ControlBubble>();
-        controlBubble_->onDismissed = [this] { showNext(); };
+        // Not at once: the bubble is only just hiding, and a window that is shown while it hides or closes is
+        // lost to the toolkit between the two.
+        controlBubble_->onDismissed = [this] {
+            QMetaObject::invokeMethod(
+                &context_, [this] { showNext(); }, Qt::QueuedConnection);
+        };
     }
     ControlNotice notice;
     notice.text = waiting_.front();

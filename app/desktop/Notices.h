@@ -25,6 +25,8 @@ public:
     /// The desktop stands: what waits may show.
     void start();
     void hide();
+    /// The desktop is being left: what waits stays in the log.
+    void end();
     void anchor();
 
 private:
@@ -36,6 +38,7 @@ private:
     std::deque<QString> waiting_;
     std::unique_ptr<ControlBubble> controlBubble_; ///< made for the first notice
     bool started_ = false;
+    QObject context_; ///< what is put off dies with it
 };
 
 } // namespace DeskSprites

@@ -2,6 +2,7 @@
 import json
 import shutil
 import subprocess
+import time
 
 import pytest
 
@@ -137,3 +138,27 @@ def test_a_bad_pack_is_left_out_with_a_line_in_the_log(desk, cast):
     (folder / "idle.png").write_bytes(b"\x89PNG\r\n\x1a\n broken")
     cast.start()
     assert "Deskfellow skipped character pack ravi: " in cast.log()
+
+
+def test_it_ends_in_good_order_while_sentences_wait(desk, standing):
+    for name in ("Munshi", "Mira"):
+        standing.again(f"deskfellow://bring/{name.lower()}")
+        wait_for(f"{name} coming", lambda: desk.character(name))
+    for _ in range(3):
+        standing.again("deskfellow://bring/snake")
+    wait_for("the refusal", lambda: desk.character(ROOMY))
+    assert standing.stop() == 0
+    wait_for("the desktop being empty", lambda: not desk.character(ROOMY))
+
+
+def test_a_sentence_that_is_closed_makes_room_for_the_next(desk, standing):
+    for name in ("Munshi", "Mira"):
+        standing.again(f"deskfellow://bring/{name.lower()}")
+        wait_for(f"{name} coming", lambda: desk.character(name))
+    for _ in range(2):
+        standing.again("deskfellow://bring/snake")
+    for _ in range(2):
+        wait_for("the refusal", lambda: desk.character(ROOMY))
+        standing.press("Close")
+        time.sleep(0.5)  # the next one looks the same
+    assert stays(lambda: not desk.character(ROOMY), 1)
