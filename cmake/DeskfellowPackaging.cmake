@@ -7,7 +7,7 @@ foreach(side IN ITEMS 16 22 24 32 48 64 128 256 512)
         DESTINATION "share/icons/hicolor/${side}x${side}/apps" RENAME deskfellow.png)
 endforeach()
 install(FILES "${CMAKE_SOURCE_DIR}/data/icon/deskfellow.svg" DESTINATION share/icons/hicolor/scalable/apps)
-install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" "${CMAKE_SOURCE_DIR}/CHANGELOG.md" "${CMAKE_SOURCE_DIR}/README.md"
+install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" "${CMAKE_SOURCE_DIR}/CHANGELOG.md" "${CMAKE_SOURCE_DIR}/README.md" "${CMAKE_SOURCE_DIR}/NOTICE"
     DESTINATION share/doc/deskfellow)
 
 set(CPACK_PACKAGE_NAME deskfellow)

@@ -83,7 +83,9 @@ function(deskfellow_hook)
     add_dependencies(fellow-hook core_agents core_pump)
     target_link_libraries(fellow-hook PRIVATE deskfellow_flags nlohmann_json::nlohmann_json
         $<TARGET_FILE:core_agents> $<TARGET_FILE:core_pump>)
-    set_target_properties(fellow-hook PROPERTIES LINK_DEPENDS "$<TARGET_FILE:core_agents>;$<TARGET_FILE:core_pump>")
+    # A static program has no place for a search path, and installing would fail for want of one.
+    set_target_properties(fellow-hook PROPERTIES SKIP_BUILD_RPATH ON INSTALL_RPATH ""
+        LINK_DEPENDS "$<TARGET_FILE:core_agents>;$<TARGET_FILE:core_pump>")
     if(NOT DESKFELLOW_SANITIZE AND NOT DESKFELLOW_FUZZ)
         target_link_options(fellow-hook PRIVATE -static)
     endif()
@@ -98,7 +100,8 @@ function(deskfellow_programs)
         install(TARGETS fellow RUNTIME DESTINATION bin)
     endif()
     deskfellow_hook()
-    install(DIRECTORY "${CMAKE_SOURCE_DIR}/data/" DESTINATION share/deskfellow)
+    install(DIRECTORY "${CMAKE_SOURCE_DIR}/data/" DESTINATION share/deskfellow
+        PATTERN cities.tsv EXCLUDE) # part of the programs that search it
 endfunction()
 
 # deskfellow_test(TARGET folder LINK libraries [DISPLAY] [MAIN gtest main library])
