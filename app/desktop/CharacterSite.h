@@ -46,4 +46,9 @@ struct CharacterSite {
     std::function<void(const std::optional<FellowCore::Rect>& screen)> coverScreen{};
 };
 
+/// Stands a character on the desktop for something that can only be done there: shows the set when it is
+/// hidden, and brings the character out when it is not in it. False when there is no room, which the user is
+/// told.
+bool comeOut(const DesktopCharacter& character, CharacterSite& site);
+
 } // namespace DeskSprites

@@ -21,7 +21,7 @@ int evenUp(int length) {
 }
 } // namespace
 
-PanelButton::PanelButton(Shape shape, QWidget* parent) : QAbstractButton(parent), shape_(shape) {
+PanelButton::PanelButton(Shape shape, QWidget* parent) : PanelPressable(parent), shape_(shape) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(shape == Shape::icon ? QSizePolicy::Fixed : QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -132,7 +132,7 @@ void PanelButton::paintEvent(QPaintEvent*) {
     const QRect outer = rect();
     const QRect inner = outer.adjusted(pixel, pixel, -pixel, -pixel);
     const bool down = isDown() && isEnabled();
-    const bool ring = focusRing_.shows(hasFocus());
+    const bool ring = showsFocusRing();
     fillStepped(painter, outer, cornerSteps, ring ? palette_.ink : shown.edge);
     const bool hollow = shown.ground.alpha() == 0;
     fillStepped(painter, inner, cornerSteps - 1, hollow || ring ? palette_.paper : shown.ground);
@@ -190,36 +190,7 @@ bool PanelButton::event(QEvent* event) {
     if (event->type() == QEvent::LayoutDirectionChange || event->type() == QEvent::FontChange) {
         updateGeometry();
     }
-    return QAbstractButton::event(event);
-}
-
-void PanelButton::focusInEvent(QFocusEvent* event) {
-    focusRing_.focusIn(*event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void PanelButton::focusOutEvent(QFocusEvent* event) {
-    focusRing_.focusOut(*event);
-    QAbstractButton::focusOutEvent(event);
-}
-
-void PanelButton::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        return;
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        event->ignore(); // the bubble looks for the neighbour in that direction
-        return;
-    default:
-        QAbstractButton::keyPressEvent(event);
-    }
+    return PanelPressable::event(event);
 }
 
 void PanelButton::changeEvent(QEvent* event) {

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "app/desktop/DialoguePalette.h"
-#include "app/desktop/FocusRing.h"
+#include "app/desktop/PanelPressable.h"
 #include "app/desktop/QuickAction.h"
-
-#include <QAbstractButton>
 
 namespace DeskSprites {
 
 /// A button in the house look. Enter and Space press it. The focus ring shows only for a focus that the
 /// keyboard gave.
-class PanelButton : public QAbstractButton {
+class PanelButton : public PanelPressable {
     Q_OBJECT
 
 public:
@@ -36,9 +34,6 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -59,7 +54,6 @@ private:
     Emphasis emphasis_ = Emphasis::plain;
     std::optional<PixelIcon> icon_;
     bool opensMenu_ = false;
-    FocusRing focusRing_;
 };
 
 } // namespace DeskSprites

@@ -1,5 +1,7 @@
 #include "core/agents/ClaudeRateLimits.h"
 
+#include "core/base/JsonDepth.h"
+
 #include <nlohmann/json.hpp>
 
 namespace FellowCore {
@@ -8,33 +10,9 @@ namespace {
 
 using Value = nlohmann::ordered_json;
 
-/// Writing a document recurses, so what is nested deeper than any real one is not even built. Up to the first
-/// fault this sees the same strings and brackets as the parser.
-bool isShallow(std::string_view text) {
-    constexpr int maximumDepth = 64;
-    int depth = 0;
-    bool inString = false;
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        const char byte = text[index];
-        if (inString) {
-            index += byte == '\\' ? 1 : 0;
-            inString = byte != '"';
-        } else if (byte == '"') {
-            inString = true;
-        } else if (byte == '{' || byte == '[') {
-            if (++depth > maximumDepth) {
-                return false;
-            }
-        } else if (byte == '}' || byte == ']') {
-            --depth;
-        }
-    }
-    return true;
-}
-
 Value parsed(std::string_view text) {
     if (text.size() > ClaudeRateLimits::maximumBytes || text.find('\0') != std::string_view::npos ||
-        !isShallow(text)) {
+        !isShallowJson(text)) {
         return {};
     }
     const Value value = Value::parse(text, nullptr, false);

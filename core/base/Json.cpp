@@ -8,29 +8,6 @@ namespace FellowCore {
 
 namespace {
 
-/// Refuses nesting before the parser builds it: what is built must later be copied and written, which
-/// recurses. Up to the first fault this sees the same strings and brackets as the parser; the parser refuses
-/// what follows a fault.
-void requireShallow(std::string_view text) {
-    int depth = 0;
-    bool inString = false;
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        const char byte = text[index];
-        if (inString) {
-            index += byte == '\\' ? 1 : 0;
-            inString = byte != '"';
-        } else if (byte == '"') {
-            inString = true;
-        } else if (byte == '{' || byte == '[') {
-            if (++depth > maximumJsonDepth) {
-                throw JsonError(JsonError::Kind::notJson, {}, "nested too deeply");
-            }
-        } else if (byte == '}' || byte == ']') {
-            --depth;
-        }
-    }
-}
-
 [[noreturn]] void throwWrongType(std::string field, std::string_view wanted, const Json& found) {
     throw JsonError(JsonError::Kind::wrongType, std::move(field),
                     "should be " + std::string(wanted) + " but is " + found.type_name());
@@ -43,7 +20,9 @@ JsonError::JsonError(Kind kind, std::string field, const std::string& reason)
       field_(std::move(field)) {}
 
 Json parseJson(std::string_view text) {
-    requireShallow(text);
+    if (!isShallowJson(text)) {
+        throw JsonError(JsonError::Kind::notJson, {}, "nested too deeply");
+    }
     // The parser takes a zero byte for the end of its input and would not look at what follows.
     if (text.find('\0') != std::string_view::npos) {
         throw JsonError(JsonError::Kind::notJson, {}, "contains a zero byte");

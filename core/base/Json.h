@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/Instant.h"
+#include "core/base/JsonDepth.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -35,7 +36,6 @@ private:
 /// large for a double. Throws `JsonError::notJson` for anything else, with a sentence that quotes nothing of
 /// the text.
 Json parseJson(std::string_view text);
-constexpr int maximumJsonDepth = 64;
 
 /// Reads typed fields of one object and names the field in every error. Does not own the object.
 class JsonFields {

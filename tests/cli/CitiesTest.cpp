@@ -1,31 +1,19 @@
-#include "tests/support/TemporaryFolder.h"
+#include "tests/cli/RunFellow.h"
 
 #include <gmock/gmock.h>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <string>
 
 namespace {
 
+using FellowTest::Answer;
+using FellowTest::runFellow;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-struct Answer {
-    int status;
-    std::string out;
-    std::string err;
-};
-
 Answer fellow(const std::string& words) {
-    const TestSupport::TemporaryFolder scratch;
-    const std::string line = std::string(FELLOW_PROGRAM) + " cities " + words + " >" +
-                             (scratch / "out").string() + " 2>" + (scratch / "err").string();
-    const int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TestSupport::bytesOf(scratch / "out"),
-            TestSupport::bytesOf(scratch / "err")};
+    return runFellow("cities " + words);
 }
 
 TEST(Cities, ListsThoseThatAreMeantFirst) {

@@ -1,40 +1,26 @@
 #include "core/base/FileOperations.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/cli/RunFellow.h"
 
 #include <gmock/gmock.h>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace {
 
+using FellowTest::Answer;
+using FellowTest::runFellow;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-struct Answer {
-    int status;
-    std::string out;
-    std::string err;
-};
 
 /// A home folder of its own, in which the real program runs; `words` go through the shell.
 class Ledger : public ::testing::Test {
 protected:
     Answer fellow(const std::string& words, const std::string& input = {},
                   const std::string& now = "2026-03-01T09:00:00Z") const {
-        const TestSupport::TemporaryFolder scratch;
-        TestSupport::writeBytes(scratch / "in", input);
-        const std::string line = std::string("TZ=UTC ") + FELLOW_PROGRAM + " ledger " + words + " --home '" +
-                                 home_.path().string() + "' --at " + now + " >" + (scratch / "out").string() +
-                                 " 2>" + (scratch / "err").string() + " <" + (scratch / "in").string();
-        const int status = std::system(line.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TestSupport::bytesOf(scratch / "out"),
-                TestSupport::bytesOf(scratch / "err")};
+        return runFellow("ledger " + words + " --home '" + home_.path().string() + "' --at " + now, input);
     }
     std::string listed(const std::string& now = "2026-03-01T09:00:00Z") const {
         return fellow("", "", now).out;

@@ -1,37 +1,18 @@
-#include "tests/support/TemporaryFolder.h"
+#include "tests/cli/RunFellow.h"
 
 #include <gmock/gmock.h>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 namespace {
 
+using FellowTest::Answer;
+using FellowTest::runFellow;
 namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-struct Answer {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-/// Runs the real program; `words` go through the shell.
-Answer fellow(const std::string& words) {
-    const TestSupport::TemporaryFolder folder;
-    const std::string out = (folder / "out").string();
-    const std::string err = (folder / "err").string();
-    const std::string line =
-        std::string(FELLOW_PROGRAM) + " " + words + " >" + out + " 2>" + err + " </dev/null";
-    const int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TestSupport::bytesOf(out),
-            TestSupport::bytesOf(err)};
-}
 
 /// A copy of a pack that comes with the program, to be spoilt.
 class PackCheck : public ::testing::Test {
@@ -41,7 +22,7 @@ protected:
     }
 
     fs::path pack() const { return folder_ / "a pack"; }
-    Answer check() const { return fellow("pack check '" + pack().string() + "'"); }
+    Answer check() const { return runFellow("pack check '" + pack().string() + "'"); }
 
     TestSupport::TemporaryFolder folder_;
 };
@@ -70,7 +51,7 @@ TEST_F(PackCheck, TellsEveryFaultOnStandardError) {
 }
 
 TEST_F(PackCheck, RefusesAFolderThatIsNone) {
-    const Answer answer = fellow("pack check '" + folder_.path().string() + "/none'");
+    const Answer answer = runFellow("pack check '" + folder_.path().string() + "/none'");
     EXPECT_EQ(answer.status, 1);
     EXPECT_THAT(answer.err, HasSubstr("/none is no folder."));
 }
@@ -95,7 +76,7 @@ TEST(Fellow, TellsHowItIsUsed) {
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.words);
-        const Answer answer = fellow(row.words);
+        const Answer answer = runFellow(row.words);
         EXPECT_EQ(answer.status, row.status);
         EXPECT_THAT(answer.out, HasSubstr(row.out));
         EXPECT_THAT(answer.err, HasSubstr(row.err));

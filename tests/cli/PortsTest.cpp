@@ -1,4 +1,4 @@
-#include "tests/support/TemporaryFolder.h"
+#include "tests/cli/RunFellow.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -6,15 +6,15 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 namespace {
 
+using FellowTest::Answer;
+using FellowTest::runFellow;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -43,19 +43,8 @@ private:
     int port_ = 0;
 };
 
-struct Answer {
-    int status;
-    std::string out;
-    std::string err;
-};
-
 Answer fellow(const std::string& words) {
-    const TestSupport::TemporaryFolder scratch;
-    const std::string line = std::string(FELLOW_PROGRAM) + " ports " + words + " >" +
-                             (scratch / "out").string() + " 2>" + (scratch / "err").string();
-    const int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TestSupport::bytesOf(scratch / "out"),
-            TestSupport::bytesOf(scratch / "err")};
+    return runFellow("ports " + words);
 }
 
 TEST(Ports, ListsAListenerWithItsProject) {

@@ -1,36 +1,23 @@
-#include "tests/support/TemporaryFolder.h"
+#include "tests/cli/RunFellow.h"
 
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <string>
 
 namespace {
 
+using FellowTest::Answer;
+using FellowTest::runFellow;
 using nlohmann::json;
 using ::testing::HasSubstr;
-
-struct Answer {
-    int status;
-    std::string out;
-    std::string err;
-};
 
 /// A home folder of its own, in which the real program runs.
 class Pump : public ::testing::Test {
 protected:
     Answer fellow(const std::string& words) const {
-        const TestSupport::TemporaryFolder scratch;
-        const std::string line = std::string("TZ=UTC ") + FELLOW_PROGRAM + " " + words + " --home '" +
-                                 home.path().string() + "' >" + (scratch / "out").string() + " 2>" +
-                                 (scratch / "err").string();
-        const int status = std::system(line.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TestSupport::bytesOf(scratch / "out"),
-                TestSupport::bytesOf(scratch / "err")};
+        return runFellow(words + " --home '" + home.path().string() + "'");
     }
     void writeLogs() const {
         TestSupport::writeBytes(

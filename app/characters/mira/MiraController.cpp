@@ -50,18 +50,8 @@ void MiraController::deactivate() {
     hideWindow();
 }
 
-bool MiraController::comeOut() {
-    if (!isShown() && !site_.commands.isVisible()) {
-        site_.commands.toggleVisible();
-    }
-    if (!isShown()) {
-        site_.commands.bringOut(identifier()); // says itself why she cannot come
-    }
-    return isShown();
-}
-
 void MiraController::start() {
-    if (session_.status == BreathingStatus::running || !comeOut()) {
+    if (session_.status == BreathingStatus::running || !comeOut(*this, site_)) {
         return;
     }
     reason_.reset();

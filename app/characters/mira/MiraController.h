@@ -76,7 +76,6 @@ protected:
 private:
     enum class CueClosing { byUser, byUs };
 
-    bool comeOut();
     void interrupt(MiraPauseReason reason);
     void finish();
     void stopShowing();

@@ -83,10 +83,7 @@ void MunshiAbility::toggleLedger() {
         panel_->dismiss();
         return;
     }
-    if (!owner_.isShown()) {
-        site_.commands.bringOut(owner_.identifier());
-    }
-    if (owner_.isShown()) {
+    if (comeOut(owner_, site_)) {
         openLedger();
     }
 }

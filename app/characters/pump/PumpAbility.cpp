@@ -174,10 +174,7 @@ void PumpAbility::togglePanel() {
         panel_->dismiss();
         return;
     }
-    if (!owner_.isShown()) {
-        site_.commands.bringOut(owner_.identifier());
-    }
-    if (owner_.isShown()) {
+    if (comeOut(owner_, site_)) {
         openPanel();
     }
 }

@@ -30,7 +30,7 @@ void paintLamp(QPainter& painter, const QRect& place, const QColor& colour, cons
 
 } // namespace
 
-PumpSessionRow::PumpSessionRow(QWidget* parent) : QAbstractButton(parent) {
+PumpSessionRow::PumpSessionRow(QWidget* parent) : PanelPressable(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
@@ -76,7 +76,7 @@ void PumpSessionRow::paintGround(QPainter& painter) const {
     const QColor ground = isDown()       ? palette_.pressed
                           : underMouse() ? palette_.hover
                                          : mixed(palette_.paper, palette_.ink, 0.05);
-    if (focusRing_.shows(hasFocus())) {
+    if (showsFocusRing()) {
         fillStepped(painter, rect(), cornerSteps, palette_.ink);
         fillStepped(painter, rect().adjusted(pixel, pixel, -pixel, -pixel), cornerSteps - 1, ground);
     } else {
@@ -114,35 +114,6 @@ void PumpSessionRow::paintEvent(QPaintEvent*) {
     };
     line(titleFont(), palette_.ink, QRect(text.left(), text.top(), text.width(), half), title_);
     line(font(), palette_.quietInk(), text.adjusted(0, half, 0, 0), detail_);
-}
-
-void PumpSessionRow::focusInEvent(QFocusEvent* event) {
-    focusRing_.focusIn(*event);
-    QAbstractButton::focusInEvent(event);
-}
-
-void PumpSessionRow::focusOutEvent(QFocusEvent* event) {
-    focusRing_.focusOut(*event);
-    QAbstractButton::focusOutEvent(event);
-}
-
-void PumpSessionRow::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        return;
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        event->ignore(); // the bubble looks for the neighbour in that direction
-        return;
-    default:
-        QAbstractButton::keyPressEvent(event);
-    }
 }
 
 } // namespace DeskSprites

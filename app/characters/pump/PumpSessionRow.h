@@ -1,16 +1,14 @@
 #pragma once
 
 #include "app/desktop/DialoguePalette.h"
-#include "app/desktop/FocusRing.h"
+#include "app/desktop/PanelPressable.h"
 #include "core/agents/PumpAgentEvent.h"
-
-#include <QAbstractButton>
 
 namespace DeskSprites {
 
 /// One live session in the panel: its lamp, its project, what it is doing and since when. A press leads
 /// there.
-class PumpSessionRow : public QAbstractButton {
+class PumpSessionRow : public PanelPressable {
     Q_OBJECT
 
 public:
@@ -25,9 +23,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QFont titleFont() const;
@@ -37,7 +32,6 @@ private:
     std::optional<FellowCore::PumpAgentEvent> session_;
     QString title_;
     QString detail_;
-    FocusRing focusRing_;
 };
 
 } // namespace DeskSprites
