@@ -73,6 +73,16 @@ int runDesktop(QApplication& application, const DeskSprites::CommandLine& comman
     return QApplication::exec();
 }
 
+int runApplication(int& count, char** values, const DeskSprites::CommandLine& commandLine) {
+    QApplication application(count, values);
+    QApplication::setApplicationName(QStringLiteral("deskfellow"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Deskfellow"));
+    QApplication::setApplicationVersion(QStringLiteral(DESKFELLOW_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("deskfellow"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    return runDesktop(application, commandLine);
+}
+
 } // namespace
 
 int main(int count, char** values) {
@@ -92,11 +102,9 @@ int main(int count, char** values) {
     if (!checkDisplay()) {
         return 1;
     }
-    QApplication application(count, values);
-    QApplication::setApplicationName(QStringLiteral("deskfellow"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Deskfellow"));
-    QApplication::setApplicationVersion(QStringLiteral(DESKFELLOW_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("deskfellow"));
-    QApplication::setQuitOnLastWindowClosed(false);
-    return runDesktop(application, commandLine);
+    const int status = runApplication(count, values, commandLine);
+    // At exit the toolkit's sound engine leaves its server without holding off the thread that still listens
+    // to it, which now and then ends in an abort. Everything of ours has ended here, so nothing is lost.
+    std::fflush(nullptr);
+    std::_Exit(status);
 }

@@ -35,9 +35,7 @@ const Case cases[] = {
     {"something is heard from behind the end", {3, 1}, 0},
 };
 
-/// The toolkit keeps the first sound server that it met for the life of a process, so this has one of its
-/// own.
-[[noreturn]] void playFromEverywhere() {
+bool everythingIsHeardAsLongAsItShould() {
     bool right = true;
     TestSupport::SoundServer server;
     Platform::AudioThread audio(QStringLiteral(DESKFELLOW_PLUGINS "/libdeskfellow_audio.so"));
@@ -52,8 +50,16 @@ const Case cases[] = {
             right = false;
         }
     }
+    return right;
+}
+
+/// The toolkit keeps the first sound server that it met for the life of a process, so this has one of its
+/// own. It leaves without the toolkit's farewell to a server that is already gone, which is not what is tested
+/// here and may abort.
+[[noreturn]] void playFromEverywhere() {
+    const bool right = everythingIsHeardAsLongAsItShould();
     std::cerr << "done" << std::endl;
-    std::exit(right ? 0 : 1);
+    std::_Exit(right ? 0 : 1);
 }
 
 TEST(SoundStartDeathTest, theLoudspeakerPlaysFromWhereAndAsFastAsItIsTold) {
