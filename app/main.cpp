@@ -9,6 +9,7 @@
 #include <QDir>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 
 namespace {
