@@ -301,8 +301,10 @@ void AppController::playInterfaceSound(InterfaceSoundCue cue, const DesktopChara
     const DesktopCharacter* source = from ? from : stage_.active();
     const FellowCore::Rect art = source ? source->geometry().artwork : FellowCore::Rect{};
     const auto screen = source ? source->screen() : std::nullopt;
-    interfaceAudio_.play(cue, {art.midX(), art.midY()}, screen ? screen->frame : FellowCore::Rect{}, false,
-                         cuesAreMuted(source), volume);
+    const bool guidanceActive =
+        std::ranges::any_of(stage_.all(), [](const auto& each) { return each->guidesBySound(); });
+    interfaceAudio_.play(cue, {art.midX(), art.midY()}, screen ? screen->frame : FellowCore::Rect{},
+                         guidanceActive, cuesAreMuted(source), volume);
 }
 
 } // namespace DeskSprites

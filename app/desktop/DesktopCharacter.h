@@ -81,6 +81,8 @@ public:
     /// Remembers where the window stands; throttled to once a second unless forced.
     void saveFrame(FrameSave when);
 
+    /// Whether it guides the user by sounds now; the desktop's own cues are silent meanwhile.
+    virtual bool guidesBySound() const { return false; }
     /// A click on the art. True when the character has used it up, as to close its own panel; otherwise its
     /// quick actions open.
     virtual bool clicked() { return false; }

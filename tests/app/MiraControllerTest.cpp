@@ -111,6 +111,21 @@ TEST(MiraControllerTest, SaysWhereTheSessionStandsAndOffersWhatIsPossible) {
     }
 }
 
+TEST(MiraControllerTest, SheGuidesBySoundOnlyWhileItRunsAndIsHeard) {
+    MiraScript script;
+    script.run("show");
+    EXPECT_FALSE(script.mira->guidesBySound());
+    script.run("start");
+    EXPECT_TRUE(script.mira->guidesBySound());
+    script.preferences().setVoice({false, 0.5});
+    EXPECT_TRUE(script.mira->guidesBySound()) << "her breath is heard";
+    script.preferences().setBreath({false, 0.5});
+    EXPECT_FALSE(script.mira->guidesBySound());
+    script.preferences().setBreath({true, 0.5});
+    script.run("pause");
+    EXPECT_FALSE(script.mira->guidesBySound());
+}
+
 TEST(MiraControllerTest, TheMenuOffersEveryRhythmAndPattern) {
     MiraScript script;
     script.run("show");

@@ -23,7 +23,7 @@ public:
             mira->activate();
         };
         site_.playSound = [this](FellowCore::InterfaceSoundCue cue, const DesktopCharacter&, double) {
-            log += " " + std::string(FellowCore::name(cue));
+            log += " " + std::string(FellowCore::name(cue)) + (mira->guidesBySound() ? " unheard" : "");
         };
         site_.tell = [this](const QString& sentence) { log += " \"" + sentence.toStdString() + "\""; };
         site_.obstacles = [](const DesktopCharacter&) { return std::vector<FellowCore::Rect>{}; };

@@ -58,11 +58,11 @@ void MiraController::start() {
     if (!isUnderWay()) {
         session_ = BreathingSession(preferences_.sessionSettings());
     }
+    playCue(InterfaceSoundCue::start); // before the guidance, which no cue interrupts
     session_.start(now());
     cueWanted_ = true;
     farewell_.stop();
     persist();
-    playCue(InterfaceSoundCue::start);
     look();
     news_.changed();
 }
@@ -234,6 +234,11 @@ BreathMix MiraController::mix() const {
     const auto info = screen();
     return {preferences_.voice(), preferences_.breath(),
             FellowCore::stereoPan({stands.midX(), stands.midY()}, info ? info->frame : FellowCore::Rect{})};
+}
+
+bool MiraController::guidesBySound() const {
+    return session_.status == BreathingStatus::running &&
+           (preferences_.voice().on || preferences_.breath().on);
 }
 
 void MiraController::playCue(InterfaceSoundCue cue) {

@@ -63,6 +63,7 @@ public:
     bool isFrameTimerActive() const { return frameTimer_.isActive(); }
 
     CharacterPresentation presentation() override;
+    bool guidesBySound() const override;
     QImage portrait() const override { return sprite_.still(); }
     std::vector<FellowCore::Rect> attachments() const override;
     void willSleep() override;
