@@ -64,7 +64,7 @@ function(deskfellow_app)
     list(REMOVE_ITEM sources "${CMAKE_SOURCE_DIR}/app/main.cpp" ${queues})
     add_library(DeskSprites STATIC ${sources})
     set_target_properties(DeskSprites PROPERTIES AUTOMOC ON)
-    target_link_libraries(DeskSprites PUBLIC Platform app_queues core_host core_focus core_sound core_breathing core_ledger core_snake core_pump core_agents
+    target_link_libraries(DeskSprites PUBLIC Platform app_queues core_host core_focus core_sound core_breathing core_ledger core_snake core_pump core_agents core_devwatch core_containers
         Qt6::Widgets)
     if(DESKFELLOW_PRECOMPILE)
         target_precompile_headers(DeskSprites PRIVATE <QtWidgets> <functional> <memory> <optional> <string> <vector>)

@@ -9,12 +9,13 @@ namespace Platform {
 /// An application by the window it shows.
 struct RunningApplication {
     unsigned long long window = 0; ///< the window system's number
-    long pid = 0;                  ///< 0 when the window does not tell
+    long pid = 0;                  ///< 0 when the window does not tell, or one of another machine
     std::string windowClass;       ///< the application's part of WM_CLASS, "Firefox-esr"
     std::string windowInstance;    ///< the window's part of WM_CLASS
     /// The application's desktop-file id without ".desktop", when the window or its launcher tells.
     std::optional<std::string> desktopFile;
-    bool isOurs = false; ///< the window belongs to this process
+    bool isOurs = false;          ///< the window belongs to this program
+    bool isPartOfDesktop = false; ///< a panel or the desktop itself: nobody works in it
 
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };

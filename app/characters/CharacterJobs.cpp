@@ -1,5 +1,6 @@
 #include "app/characters/CharacterJobs.h"
 
+#include "app/characters/dhiru/DhiruJob.h"
 #include "app/characters/manifest/ManifestCharacterController.h"
 #include "app/characters/mira/MiraJob.h"
 #include "app/characters/munshi/MunshiJob.h"
@@ -22,6 +23,7 @@ const CharacterJob* jobOf(std::string_view id) {
 
 const std::vector<CharacterJob>& characterJobs() {
     static const std::vector<CharacterJob> jobs{
+        {"devwatch", makeDhiru, makeDhiruForm},
         {"mira", makeMira, makeMiraForm},
         {"munshi", makeMunshi, makeMunshiForm},
         {"pump", makePump, makePumpForm},

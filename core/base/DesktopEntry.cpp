@@ -24,24 +24,56 @@ std::string unescaped(std::string_view value) {
     return plain;
 }
 
-/// The plain keys of the main group; translations have another key.
-std::map<std::string, std::string, std::less<>> mainGroup(std::string_view text) {
-    std::map<std::string, std::string, std::less<>> values;
+/// The keys of a group and their values as they are written.
+using Values = std::map<std::string_view, std::string_view>;
+
+std::string_view withoutBlanks(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r";
+    const auto first = text.find_first_not_of(blanks);
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+/// The keys of the main group; a translation has a key of its own, "Name[de]".
+Values mainGroup(std::string_view text) {
+    Values values;
     bool inside = false;
     while (!text.empty()) {
         const auto end = text.find('\n');
-        const std::string line = trimmed(text.substr(0, end));
+        const std::string_view line = withoutBlanks(text.substr(0, end));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.starts_with('[')) {
             inside = line == "[Desktop Entry]";
             continue;
         }
         const auto equals = line.find('=');
-        if (inside && equals != std::string::npos && !line.starts_with('#')) {
-            values.try_emplace(trimmed(line.substr(0, equals)), unescaped(trimmed(line.substr(equals + 1))));
+        if (inside && equals != std::string_view::npos && !line.starts_with('#')) {
+            values.try_emplace(withoutBlanks(line.substr(0, equals)), withoutBlanks(line.substr(equals + 1)));
         }
     }
     return values;
+}
+
+std::string valueOf(const Values& values, std::string_view key) {
+    const auto found = values.find(key);
+    return found == values.end() ? std::string() : unescaped(found->second);
+}
+
+bool isApplication(const Values& values) {
+    return valueOf(values, "Type") == "Application" && valueOf(values, "Hidden") != "true";
+}
+
+/// What translations for a locale are marked with, the closest first.
+Words translationMarks(std::string_view locale) {
+    const auto at = std::min(locale.find('@'), locale.size());
+    const std::string modifier(locale.substr(at));
+    const std::string_view place = locale.substr(0, std::min(locale.find('.'), at));
+    const std::string language(place.substr(0, place.find('_')));
+    const std::string country(place.substr(language.size()));
+    if (language.empty()) {
+        return {};
+    }
+    return {language + country + modifier, language + country, language + modifier, language};
 }
 
 /// One word of the command as it was written; a quoted one holds no field codes.
@@ -120,14 +152,10 @@ void expand(const std::string& word, const Words& paths, Words& into) {
 
 std::optional<Words> desktopEntryCommand(std::string_view text, const Words& paths) {
     const auto values = mainGroup(text);
-    const auto value = [&](std::string_view key) {
-        const auto found = values.find(key);
-        return found == values.end() ? std::string() : found->second;
-    };
-    if (value("Type") != "Application" || value("Hidden") == "true" || value("Terminal") == "true") {
+    if (!isApplication(values) || valueOf(values, "Terminal") == "true") {
         return std::nullopt;
     }
-    const auto words = split(value("Exec"));
+    const auto words = split(valueOf(values, "Exec"));
     if (!words) {
         return std::nullopt;
     }
@@ -140,6 +168,29 @@ std::optional<Words> desktopEntryCommand(std::string_view text, const Words& pat
         }
     }
     return command.empty() || command.front().empty() ? std::nullopt : std::optional(command);
+}
+
+std::optional<std::string> desktopEntryName(std::string_view text, std::string_view locale) {
+    const Values values = mainGroup(text);
+    if (!isApplication(values)) {
+        return std::nullopt;
+    }
+    std::string name;
+    for (const std::string& mark : translationMarks(locale)) {
+        if (name.empty()) {
+            name = trimmed(singleLine(valueOf(values, "Name[" + mark + "]")));
+        }
+    }
+    if (name.empty()) {
+        name = trimmed(singleLine(valueOf(values, "Name")));
+    }
+    return name.empty() ? std::nullopt : std::optional(name);
+}
+
+std::optional<std::string> desktopEntryWindowClass(std::string_view text) {
+    const Values values = mainGroup(text);
+    const std::string windowClass = isApplication(values) ? valueOf(values, "StartupWMClass") : "";
+    return windowClass.empty() ? std::nullopt : std::optional(windowClass);
 }
 
 } // namespace FellowCore

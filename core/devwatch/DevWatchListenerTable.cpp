@@ -76,26 +76,34 @@ DevWatchListenerTable::update(const DevWatchOperations& system,
     for (const DevWatchSampledProcess& sampled : processes) {
         round.claim(sampled.process, known(round, sampled));
     }
-    const bool isNewcomer = std::ranges::any_of(
-        round.unclaimed, [this](std::uint64_t socket) { return !strangers_.contains(socket); });
+    const bool looksAgain = isNews(round);
     for (const DevWatchSampledProcess& sampled : processes) {
-        if (isNewcomer && round.held.at(sampled.process.identity).hasRunSince) {
+        if (looksAgain && round.held.at(sampled.process.identity).hasRunSince) {
             round.claim(sampled.process, round.lookThrough(sampled.process));
         }
     }
     held_ = std::move(round.held);
     strangers_ = std::move(round.unclaimed);
-    return listeners(round, processes);
+    ports_ = std::move(round.ports);
+    return listeners(processes);
+}
+
+/// A socket that is new may have more than one holder: a server that forks hands it to its children, and only
+/// those are new themselves.
+bool DevWatchListenerTable::isNews(const Round& round) const {
+    return std::ranges::any_of(round.ports, [&](const auto& socket) {
+        return !ports_.contains(socket.first) ||
+               (round.unclaimed.contains(socket.first) && !strangers_.contains(socket.first));
+    });
 }
 
 std::vector<DevWatchListener>
-DevWatchListenerTable::listeners(const Round& round,
-                                 const std::vector<DevWatchSampledProcess>& processes) const {
+DevWatchListenerTable::listeners(const std::vector<DevWatchSampledProcess>& processes) const {
     std::vector<DevWatchListener> listeners;
     for (const auto& [process, spent, mayHaveRun] : processes) {
         std::set<std::uint16_t> ports;
         for (const DevWatchSocketDescriptor& descriptor : held_.at(process.identity).sockets) {
-            if (const auto found = round.ports.find(descriptor.socket); found != round.ports.end()) {
+            if (const auto found = ports_.find(descriptor.socket); found != ports_.end()) {
                 ports.insert(found->second);
             }
         }

@@ -25,7 +25,7 @@ struct DevWatchSampledProcess {
 ///
 /// A process is looked through when it is new, when a descriptor it listened with is something else by now,
 /// and, if it has run since it was looked through, every 32nd round, because a socket may also be handed on.
-/// When a listening socket appears that nobody is known to hold, all that have run are.
+/// When a socket begins to listen, or nobody is known to hold one any more, all that have run are.
 class DevWatchListenerTable {
 public:
     /// One entry per process and port, in the order of `processes` and ascending by port. None when the
@@ -40,12 +40,13 @@ private:
     };
     struct Round;
 
+    bool isNews(const Round& round) const;
     Entry known(const Round& round, const DevWatchSampledProcess& sampled) const;
-    std::vector<DevWatchListener> listeners(const Round& round,
-                                            const std::vector<DevWatchSampledProcess>& processes) const;
+    std::vector<DevWatchListener> listeners(const std::vector<DevWatchSampledProcess>& processes) const;
 
     std::unordered_map<DevWatchProcessIdentity, Entry> held_;
-    std::unordered_set<std::uint64_t> strangers_; ///< listening sockets that none of the processes holds
+    std::unordered_map<std::uint64_t, std::uint16_t> ports_; ///< of the listening sockets
+    std::unordered_set<std::uint64_t> strangers_;            ///< those that none of the processes holds
     std::uint32_t round_ = 0;
 };
 

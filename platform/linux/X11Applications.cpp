@@ -1,8 +1,12 @@
 #include "platform/linux/X11Applications.h"
 
+#include <algorithm>
+#include <array>
+#include <climits>
 #include <fstream>
 #include <string_view>
 #include <unistd.h>
+#include <xcb/res.h>
 
 namespace Platform {
 namespace {
@@ -43,6 +47,56 @@ std::optional<std::string> launchedDesktopFile(long pid) {
     return startedPid == std::to_string(pid) ? desktopId(desktopFile) : std::nullopt;
 }
 
+/// Whether a window is shown from this machine: the number that one of another tells is that of somebody
+/// else's process there. Names with and without their domain are the same.
+bool isFromHere(std::string machine) {
+    machine = machine.substr(0, machine.find('\0'));
+    std::array<char, HOST_NAME_MAX + 1> name{};
+    if (machine.empty() || gethostname(name.data(), name.size() - 1) != 0)
+        return true;
+    const std::string here = name.data();
+    return machine == here || machine.starts_with(here + ".") || here.starts_with(machine + ".");
+}
+
+/// The process whose connection made a window, as the server itself knows; nothing when the server cannot
+/// say, 0 for a connection from elsewhere.
+std::optional<long> connectedPid(const X11Display& display, xcb_window_t window) {
+    xcb_connection_t* const server = display.connection();
+    if (!display.isConnected() || !xcb_get_extension_data(server, &xcb_res_id)->present)
+        return std::nullopt;
+    const xcb_res_client_id_spec_t asked{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const X11Reply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+        server, xcb_res_query_client_ids_unchecked(server, 1, &asked), nullptr));
+    if (!reply)
+        return std::nullopt;
+    const auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
+    const bool told = ids.rem > 0 && xcb_res_client_id_value_value_length(ids.data) > 0;
+    return told ? static_cast<long>(*xcb_res_client_id_value_value(ids.data)) : 0;
+}
+
+/// What a window says of itself is true only within its own sandbox or machine, so the server's word comes
+/// first: the number may lead to a signal.
+long pidOf(const X11Display& display, xcb_window_t window) {
+    const auto told = display.values(window, X11Atom::netWmPid, XCB_ATOM_CARDINAL);
+    if (told.empty() || !isFromHere(display.bytes(window, XCB_ATOM_WM_CLIENT_MACHINE)))
+        return 0;
+    return connectedPid(display, window).value_or(static_cast<long>(told[0]));
+}
+
+/// Whether it was made over our connection: the server gives each a range of numbers.
+bool isOurs(const X11Display& display, xcb_window_t window) {
+    if (!display.isConnected())
+        return false;
+    const xcb_setup_t* const setup = xcb_get_setup(display.connection());
+    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
+bool isPartOfDesktop(const X11Display& display, xcb_window_t window) {
+    const auto types = display.values(window, X11Atom::netWmWindowType, XCB_ATOM_ATOM);
+    return std::ranges::find(types, display.atom(X11Atom::netWmWindowTypeDesktop)) != types.end() ||
+           std::ranges::find(types, display.atom(X11Atom::netWmWindowTypeDock)) != types.end();
+}
+
 X11Reply<xcb_get_window_attributes_reply_t> attributes(const X11Display& display, xcb_window_t window) {
     if (!display.isConnected())
         return {};
@@ -56,9 +110,9 @@ X11Reply<xcb_get_window_attributes_reply_t> attributes(const X11Display& display
 RunningApplication x11Application(const X11Display& display, xcb_window_t window) {
     RunningApplication made;
     made.window = window;
-    const auto pid = display.values(window, X11Atom::netWmPid, XCB_ATOM_CARDINAL);
-    made.pid = pid.empty() ? 0 : static_cast<long>(pid[0]);
-    made.isOurs = made.pid == static_cast<long>(getpid());
+    made.pid = pidOf(display, window);
+    made.isOurs = isOurs(display, window);
+    made.isPartOfDesktop = isPartOfDesktop(display, window);
     // WM_CLASS is two texts, each with a zero at its end: instance, then class.
     const std::string names = display.bytes(window, XCB_ATOM_WM_CLASS);
     const auto end = names.find('\0');

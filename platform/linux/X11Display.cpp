@@ -27,6 +27,7 @@ constexpr std::array<const char*, static_cast<std::size_t>(X11Atom::compositor)>
     "_NET_WM_STRUT",
     "_NET_WM_STRUT_PARTIAL",
     "_NET_WM_WINDOW_TYPE",
+    "_NET_WM_WINDOW_TYPE_DESKTOP",
     "_NET_WM_WINDOW_TYPE_DOCK",
     "_NET_WM_WINDOW_TYPE_UTILITY",
     "_NET_WORKAREA",

@@ -40,6 +40,7 @@ enum class X11Atom : std::size_t {
     netWmStrut,
     netWmStrutPartial,
     netWmWindowType,
+    netWmWindowTypeDesktop,
     netWmWindowTypeDock,
     netWmWindowTypeUtility,
     netWorkarea,

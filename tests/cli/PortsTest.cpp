@@ -5,6 +5,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -15,6 +16,7 @@ namespace {
 
 using FellowTest::Answer;
 using FellowTest::runFellow;
+using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -67,8 +69,21 @@ TEST(Ports, ListsAListenerWithItsProject) {
 
     const Answer table = fellow("--home '" + folder + "'");
     EXPECT_EQ(table.status, 0);
-    EXPECT_THAT(table.out, HasSubstr(std::to_string(listener.port()) + " "));
-    EXPECT_THAT(table.out, HasSubstr(std::to_string(::getpid()) + "  test_cli"));
+    const std::string port = std::to_string(listener.port());
+    EXPECT_THAT(table.out, ContainsRegex(port + " +" + std::to_string(::getpid()) +
+                                         " +test_cli +Tool +http://localhost:" + port + "\n"));
+}
+
+TEST(Ports, AProcessCannotWriteToTheTerminalByItsName) {
+    const Listener listener;
+    ::prctl(PR_SET_NAME, "a\x1B[2J\nb\xFF");
+    const Answer table = fellow("");
+    const Answer json = fellow("--json");
+    ::prctl(PR_SET_NAME, "test_cli");
+    EXPECT_THAT(table.out, HasSubstr("  a [2J b\xEF\xBF\xBD  "));
+    EXPECT_THAT(table.out, Not(HasSubstr("\x1B")));
+    EXPECT_EQ(json.status, 0) << json.err;
+    EXPECT_THAT(json.out, HasSubstr("a\\u001b[2J\\nb\xEF\xBF\xBD"));
 }
 
 TEST(Ports, RefusesAWrongCommandLine) {

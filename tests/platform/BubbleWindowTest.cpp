@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
 using Platform::BubbleKeyboard;
 using Testing::hands;
 using Testing::runFor;
@@ -82,7 +84,7 @@ TEST_F(BubbleWindowTest, TheKeyboardGoesToABubbleAndBack) {
     const auto application = frontmost.current();
     ASSERT_TRUE(application);
     EXPECT_EQ(application->window, document);
-    EXPECT_EQ(application->pid, 1);
+    EXPECT_EQ(application->pid, ::getpid());
     EXPECT_EQ(application->windowInstance, "other");
     EXPECT_EQ(application->windowClass, "OtherProgram");
     EXPECT_FALSE(application->isOurs);

@@ -85,8 +85,7 @@ TEST_F(GlobalShortcutsTest, SayWhenTheyCannotBeHad) {
     xcb_grab_key(other.connection(), 1, other.root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, 57,
                  XCB_GRAB_MODE_ASYNC,
                  XCB_GRAB_MODE_ASYNC); // 57 is the key "n" on every PC keyboard.
-    xcb_flush(other.connection());
-    runFor(30);
+    other.sync();
     ASSERT_EQ(shortcuts.grab("toggle", {Qt::Key_B, ctrlAlt}), ShortcutResult::registered);
     EXPECT_EQ(shortcuts.grab("toggle", {Qt::Key_N, ctrlAlt}), ShortcutResult::taken);
     EXPECT_EQ(shortcuts.grab("toggle", {Qt::Key_N, 0}), ShortcutResult::invalid);
@@ -94,8 +93,7 @@ TEST_F(GlobalShortcutsTest, SayWhenTheyCannotBeHad) {
     ASSERT_TRUE(hands("key ctrl+alt+b"));
     EXPECT_TRUE(counts("toggle", 1)) << "a refused change loses the shortcut that worked";
     xcb_ungrab_key(other.connection(), 57, other.root(), XCB_MOD_MASK_ANY);
-    xcb_flush(other.connection());
-    runFor(30);
+    other.sync();
     EXPECT_EQ(shortcuts.grab("toggle", {Qt::Key_N, ctrlAlt}), ShortcutResult::registered)
         << "parts of the refused grab were kept";
 }

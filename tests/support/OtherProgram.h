@@ -22,6 +22,8 @@ public:
     OtherProgram& operator=(const OtherProgram&) = delete;
 
     xcb_connection_t* connection() const { return connection_; }
+    /// Waits until the server has done what was asked of it over this connection.
+    void sync() const { (void)focusWindow(); }
     xcb_window_t root() const { return root_; }
 
     /// Opens a managed window filled with a colour, places it exactly and waits until it is the active one.

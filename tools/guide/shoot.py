@@ -1,10 +1,14 @@
 """Takes the pictures of docs/guide.md: each character idle, in use and in the settings, on two desktops."""
 import json
+import socketserver
 import subprocess
 import sys
 import tempfile
+import threading
 import time
+from contextlib import contextmanager
 from datetime import datetime, timezone
+from http.server import BaseHTTPRequestHandler
 from pathlib import Path
 
 from PIL import Image
@@ -163,7 +167,71 @@ def pump(stage):
     return [idle, cue, stage.standing(760, 620)], form
 
 
+CONTAINERS = [("shop-web-1", "nginx:1.27", 8080, "/home/u/shop"), ("shop-db-1", "postgres:16", 5432, "/home/u/shop"),
+              ("invoices-api-1", "invoices-api:dev", 3000, "/home/u/invoices"), ("mailpit", "axllent/mailpit", 8025, None)]
+
+
+class Engine(BaseHTTPRequestHandler):
+    """As much of a container engine as lists what runs."""
+
+    def do_GET(self):
+        entries = [{"Id": f"{number:02x}" * 32, "Names": ["/" + name], "Image": image, "State": "running",
+                    "Ports": [{"PublicPort": port, "PrivatePort": port, "Type": "tcp"}],
+                    "Labels": {"com.docker.compose.project.working_dir": project} if project else {}}
+                   for number, (name, image, port, project) in enumerate(CONTAINERS, start=17)]
+        body = json.dumps(entries).encode()
+        self.send_response(200)
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+    def log_message(self, *_):
+        pass
+
+
+@contextmanager
+def developer(home):
+    """What runs on a developer's machine: some real servers in project folders, and an engine with containers."""
+    # What listens goes by the name that it was started by.
+    servers = [("node", "shop", 5173), ("python3", "invoices", 8000), ("hugo", "blog", 1313)]
+    running = []
+    for name, project, port in servers:
+        (home / project).mkdir()
+        program = home / name
+        program.symlink_to("/usr/bin/python3")
+        running.append(subprocess.Popen([str(program), "-m", "http.server", str(port), "--bind", "127.0.0.1"],
+                                        cwd=home / project, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+    place = home / ".docker" / "run" / "docker.sock"
+    place.parent.mkdir(parents=True)
+    engine = socketserver.ThreadingUnixStreamServer(str(place), Engine)
+    threading.Thread(target=engine.serve_forever, daemon=True).start()
+    try:
+        yield
+    finally:
+        engine.shutdown()
+        engine.server_close()
+        for server in running:
+            server.kill()
+            server.wait()
+
+
+def dhiru(stage):
+    with developer(stage.program.home):
+        stage.link("do/devwatch/open", 2.5)
+        servers = stage.standing(744, 560)
+        stage.program.press("Stop node, port 5173")
+        time.sleep(0.8)
+        question = stage.standing(744, 560)
+        stage.desk.mouse.keys("Escape")
+        stage.desk.mouse.keys("Control_L", "4")
+        time.sleep(0.8)
+        containers = stage.standing(744, 560)
+        stage.link("do/devwatch/open")
+        return [servers, question, containers], stage.settings(860)
+
+
 SCENES = {
+    "devwatch": ("Dhiru", dhiru, {}),
     "mira": ("Mira", mira, {}),
     "munshi": ("Munshi", munshi, {}),
     "pump": ("Pump", pump, {}),
@@ -193,12 +261,12 @@ def shoot(desk, character):
         with Stage(desk, theme, character, name, preferences) as stage:
             pictures, form = scene(stage)
         if pictures[-1].width > 1000:  # the game, which fills the screen
-            save(pictures[1], f"{character}-use-{theme}.png")
-            save(pictures[0], f"{character}-idle-{theme}.png")
+            save(pictures[1], f"{name.lower()}-use-{theme}.png")
+            save(pictures[0], f"{name.lower()}-idle-{theme}.png")
         else:
-            save(side_by_side(pictures), f"{character}-{theme}.png")
+            save(side_by_side(pictures), f"{name.lower()}-{theme}.png")
         forms.append(form)
-    save(side_by_side(forms), f"{character}-settings.png")
+    save(side_by_side(forms), f"{name.lower()}-settings.png")
 
 
 if __name__ == "__main__":

@@ -63,5 +63,62 @@ TEST(DesktopEntry, WhatCannotBeStartedHereHasNoCommand) {
     }
 }
 
+TEST(DesktopEntry, NamesTheApplicationInTheClosestLanguage) {
+    const std::string text = "[Desktop Entry]\nType=Application\nName=Files\nName[sr]=a\nName[sr@latin]=b\n"
+                             "Name[sr_RS]=c\nName[sr_RS@latin]=d\nName[de]=Dateien\nName[pt_BR]=Arquivos\n"
+                             "Name[ca@valencia]=Fitxers\nName[fi]=  \n[Desktop Action x]\nName[nl]=wrong\n";
+    const struct {
+        const char* fault;
+        const char* locale;
+        const char* name;
+    } cases[] = {
+        {"no locale", "", "Files"},
+        {"the locale for programs", "C.UTF-8", "Files"},
+        {"everything matches", "sr_RS.UTF-8@latin", "d"},
+        {"the encoding counts for nothing", "sr_RS.ISO8859-5", "c"},
+        {"a modifier that nobody translated for", "sr_RS@cyrillic", "c"},
+        {"the country goes before the modifier, and another country for nothing", "sr_ME@latin", "b"},
+        {"another country", "sr_ME", "a"},
+        {"only the language is translated", "de_AT.UTF-8@euro", "Dateien"},
+        {"a translation for another country is none", "pt_PT", "Files"},
+        {"a translation for a modifier is none without it", "ca_ES", "Files"},
+        {"a language that begins like another", "des", "Files"},
+        {"an empty translation is none", "fi_FI", "Files"},
+        {"translated in another group", "nl", "Files"},
+        {"no language", "_DE.UTF-8@x", "Files"},
+        {"only signs", "@._", "Files"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(desktopEntryName(text, each.locale), each.name) << each.fault;
+    }
+}
+
+TEST(DesktopEntry, TellsANameAndAClassOfApplicationsOnly) {
+    const std::string head = "[Desktop Entry]\nType=Application\n";
+    const struct {
+        const char* fault;
+        std::string text;
+        std::optional<std::string> name;
+        std::optional<std::string> windowClass;
+    } cases[] = {
+        {"empty", "", std::nullopt, std::nullopt},
+        {"both", head + "Name = Web \nStartupWMClass= Firefox-esr\n", "Web", "Firefox-esr"},
+        {"an application for a terminal has windows too", head + "Name=top\nTerminal=true\n", "top",
+         std::nullopt},
+        {"removed", head + "Name=x\nStartupWMClass=x\nHidden=true\n", std::nullopt, std::nullopt},
+        {"a link", "[Desktop Entry]\nType=Link\nName=x\nStartupWMClass=x\n", std::nullopt, std::nullopt},
+        {"names nothing", head + "Name=\nStartupWMClass=\n", std::nullopt, std::nullopt},
+        {"breaks its line",
+         head + "Name=a\\nb\tc\xE2\x80\xAE"
+                "d\n",
+         "a b c d", std::nullopt},
+        {"not UTF-8", head + "Name=a\xFF\n", "a\xEF\xBF\xBD", std::nullopt},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(desktopEntryName(each.text, "de"), each.name) << each.fault;
+        EXPECT_EQ(desktopEntryWindowClass(each.text), each.windowClass) << each.fault;
+    }
+}
+
 } // namespace
 } // namespace FellowCore

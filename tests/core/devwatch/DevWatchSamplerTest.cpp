@@ -142,6 +142,13 @@ TEST_F(Sampler, LooksIntoDescriptorsOnlyWhenSomethingChanged) {
     EXPECT_THAT(listeners(), IsEmpty());
     system.canListSockets = true;
     EXPECT_THAT(listeners(), ElementsAre(PidAndPort(300, 9090))) << "closed while nobody could look";
+
+    system.processes[200].sockets = {{3, 100}};
+    run(200);
+    system.processes[400] = {.sockets = {{3, 100}}};
+    system.listening[100] = 7000;
+    EXPECT_THAT(listeners(), ElementsAre(PidAndPort(200, 7000), PidAndPort(400, 7000), PidAndPort(300, 9090)))
+        << "opened and handed on to a child between two looks";
 }
 
 /// What the table of listeners answers is what a look at every descriptor would, once a process that was

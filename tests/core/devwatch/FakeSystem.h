@@ -4,6 +4,7 @@
 #include "core/devwatch/DevWatchProcess.h"
 #include "core/devwatch/DevWatchSafetyPolicy.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -38,6 +39,7 @@ public:
     bool canList = true;
     bool canListSockets = true;
     mutable int looks = 0;
+    std::function<void()> beforeEachLook = [] {}; ///< may change the system
 
     FellowCore::MonotonicInstant now() const override { return time; }
     std::optional<std::vector<std::int32_t>> pids(std::uint32_t uid) const override {
@@ -95,6 +97,9 @@ public:
     }
     std::uint64_t socketBehind(std::int32_t pid, std::int32_t descriptor) const override {
         const FakeProcess* const process = find(pid);
+        if (process == nullptr) {
+            return 0;
+        }
         for (const auto& entry : process->sockets) {
             if (entry.descriptor == descriptor) {
                 return entry.socket;
@@ -106,6 +111,7 @@ public:
 
 private:
     const FakeProcess* find(std::int32_t pid) const {
+        beforeEachLook();
         const auto found = processes.find(pid);
         return found == processes.end() ? nullptr : &found->second;
     }

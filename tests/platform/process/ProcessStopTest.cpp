@@ -109,6 +109,36 @@ TEST(ProcessStop, RefusesWhatChangedSinceTheClick) {
     }
 }
 
+TEST(ProcessStop, LeavesAloneWhatBecameAnothers) {
+    if (::getuid() != 0)
+        GTEST_SKIP() << "only root may hand a process to another user";
+    constexpr uid_t same = static_cast<uid_t>(-1);
+    constexpr uid_t nobody = 65534;
+    const Watch watch;
+    const struct {
+        const char* fault;
+        void (*change)(int);
+    } cases[] = {
+        {"another user's", [](int) { static_cast<void>(::setresuid(nobody, nobody, nobody)); }},
+        {"acts for another user", [](int) { static_cast<void>(::setresuid(same, nobody, same)); }},
+        {"acts for us, but is another user's",
+         [](int) { static_cast<void>(::setresuid(nobody, same, same)); }},
+    };
+    for (const auto& row : cases) {
+        Child server([&row] {
+            std::signal(SIGUSR1, row.change);
+            return listenOn(0);
+        });
+        auto gate = watch.gate(server);
+        ::kill(server.pid(), SIGUSR1);
+        ASSERT_TRUE(becomesTrue([&] { return !watch.listener(server); })) << row.fault;
+        const auto outcome = watch.terminator().stop(gate);
+        ASSERT_TRUE(outcome.refusal) << row.fault;
+        EXPECT_EQ(outcome.refusal->refusal, Case::processGone) << row.fault;
+        EXPECT_FALSE(server.ended()) << row.fault;
+    }
+}
+
 TEST(ProcessStop, NoticesWhatASupervisorStartsAgain) {
     const Watch watch;
     const Child supervisor([] {
