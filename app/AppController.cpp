@@ -191,15 +191,25 @@ void AppController::wireServices() {
 }
 
 void AppController::wireSession() {
-    const auto locked = [this] {
-        for (const auto& character : stage_.all()) {
+    Platform::SessionEvents& session = system_.session();
+    session.onWillSleep = [this] { willSleep(); };
+    session.onDidWake = [this] { didWake(); };
+    session.onLocked = [this] { attendanceChanged(away_.locked, true); };
+    session.onUnlocked = [this] { attendanceChanged(away_.locked, false); };
+    session.onSessionInactive = [this] { attendanceChanged(away_.inBackground, true); };
+    session.onSessionActive = [this] { attendanceChanged(away_.inBackground, false); };
+}
+
+/// A session may be locked and in the background at once; the user is back when it is neither.
+void AppController::attendanceChanged(bool& reason, bool holds) {
+    reason = holds;
+    for (const auto& character : stage_.all()) {
+        if (holds) {
             character->screenLocked();
+        } else if (!away_.locked && !away_.inBackground) {
+            character->screenUnlocked();
         }
-    };
-    system_.session().onWillSleep = [this] { willSleep(); };
-    system_.session().onDidWake = [this] { didWake(); };
-    system_.session().onLocked = locked;
-    system_.session().onSessionInactive = locked;
+    }
 }
 
 void AppController::restoreDesktop() {

@@ -91,6 +91,7 @@ private:
     void wireSite();
     void wireServices();
     void wireSession();
+    void attendanceChanged(bool& reason, bool holds);
     void restoreDesktop();
     void tellProblems();
     void handleArguments(const QStringList& arguments);
@@ -128,6 +129,10 @@ private:
     std::vector<QString> startProblems_;
     BattiController* batti_ = nullptr;
     bool terminated_ = false;
+    struct {
+        bool locked = false;
+        bool inBackground = false;
+    } away_; ///< why nobody sees the desktop
 };
 
 } // namespace DeskSprites

@@ -9,7 +9,7 @@
 
 namespace Fellow {
 
-/// What a `fellow usage` or `fellow sessions` command line says.
+/// What a `fellow usage`, `fellow sessions` or `fellow clocks` command line says.
 struct PumpOptions {
     std::optional<FellowCore::SupportFolders> folders = {}; ///< absent only with a complaint
     FellowCore::Instant at = {};                            ///< the moment that counts as now

@@ -1,4 +1,5 @@
 #include "cli/Cities.h"
+#include "cli/Clocks.h"
 #include "cli/Command.h"
 #include "cli/Ledger.h"
 #include "cli/PackCheck.h"
@@ -22,10 +23,10 @@ using Fellow::Command;
 using Fellow::ExitStatus;
 
 // The first whose name begins the command line is meant.
-const std::array<const Command*, 10> commands{
+const std::array<const Command*, 11> commands{
     &Fellow::packCheck,    &Fellow::ledgerAdd,  &Fellow::ledgerDone, &Fellow::ledgerUndone,
     &Fellow::ledgerExport, &Fellow::ledgerList, &Fellow::ports,      &Fellow::usage,
-    &Fellow::sessions,     &Fellow::cities};
+    &Fellow::sessions,     &Fellow::cities,     &Fellow::clocks};
 
 void printOverview(std::ostream& out) {
     out << "Deskfellow's companion for the command line, for scripts and status bars.\n\nusage: fellow "

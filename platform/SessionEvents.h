@@ -19,6 +19,8 @@ public:
     std::function<void()> onUnlocked;
     /// The session went to the background, as when another user takes the seat.
     std::function<void()> onSessionInactive;
+    /// It came back from there.
+    std::function<void()> onSessionActive;
 };
 
 } // namespace Platform

@@ -1,11 +1,13 @@
 #include "app/characters/CharacterJobs.h"
 
+#include "app/characters/clock/ClockJob.h"
 #include "app/characters/dhiru/DhiruJob.h"
 #include "app/characters/manifest/ManifestCharacterController.h"
 #include "app/characters/mira/MiraJob.h"
 #include "app/characters/munshi/MunshiJob.h"
 #include "app/characters/pump/PumpJob.h"
 #include "app/characters/snake/SnakeJob.h"
+#include "app/characters/thumka/ThumkaJob.h"
 
 #include <algorithm>
 
@@ -23,11 +25,10 @@ const CharacterJob* jobOf(std::string_view id) {
 
 const std::vector<CharacterJob>& characterJobs() {
     static const std::vector<CharacterJob> jobs{
-        {"devwatch", makeDhiru, makeDhiruForm},
-        {"mira", makeMira, makeMiraForm},
-        {"munshi", makeMunshi, makeMunshiForm},
-        {"pump", makePump, makePumpForm},
-        {"snake", makeSnake, makeSnakeForm},
+        {"clock", makeClock, makeClockForm},    {"devwatch", makeDhiru, makeDhiruForm},
+        {"mira", makeMira, makeMiraForm},       {"munshi", makeMunshi, makeMunshiForm},
+        {"pump", makePump, makePumpForm},       {"snake", makeSnake, makeSnakeForm},
+        {"thumka", makeThumka, makeThumkaForm},
     };
     return jobs;
 }

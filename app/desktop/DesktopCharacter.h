@@ -90,6 +90,8 @@ public:
     virtual void didWake() {}
     /// The screen was locked, or the session went to the background.
     virtual void screenLocked() {}
+    /// The screen was unlocked, or the session came back.
+    virtual void screenUnlocked() {}
     /// The desktop's or the character's own wish for less motion has changed.
     virtual void motionChanged() {}
 

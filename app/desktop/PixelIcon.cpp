@@ -95,6 +95,16 @@ Picture picture(PixelIcon icon) {
                 "####..##.",
                 "###...##.",
                 "#.....##."};
+    case PixelIcon::previous:
+        return {".##.....#",
+                ".##...###",
+                ".##..####",
+                ".##.#####",
+                ".########",
+                ".##.#####",
+                ".##..####",
+                ".##...###",
+                ".##.....#"};
     case PixelIcon::smaller:
         return {".........",
                 ".........",
@@ -185,6 +195,16 @@ Picture picture(PixelIcon icon) {
                 "#.......#",
                 "#.......#",
                 "#########"};
+    case PixelIcon::note:
+        return {"...######",
+                "...######",
+                "...#....#",
+                "...#....#",
+                "...#....#",
+                ".###..###",
+                "####.####",
+                "####.####",
+                ".##...##."};
     case PixelIcon::undo:
         return {".........",
                 "..#......",
@@ -202,8 +222,8 @@ Picture picture(PixelIcon icon) {
 
 /// Playing and pausing point the same way everywhere; ways back and forth follow the line of reading.
 bool followsReading(PixelIcon icon) {
-    return icon == PixelIcon::skip || icon == PixelIcon::bringAnother || icon == PixelIcon::back ||
-           icon == PixelIcon::undo;
+    return icon == PixelIcon::skip || icon == PixelIcon::previous || icon == PixelIcon::bringAnother ||
+           icon == PixelIcon::back || icon == PixelIcon::undo;
 }
 
 } // namespace

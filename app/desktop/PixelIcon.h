@@ -18,6 +18,7 @@ enum class PixelIcon {
     play,
     pause,
     skip,
+    previous,
     smaller,
     larger,
     close,
@@ -27,6 +28,7 @@ enum class PixelIcon {
     days,
     copy,
     save,
+    note,
     undo,
 };
 

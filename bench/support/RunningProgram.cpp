@@ -40,26 +40,35 @@ std::uint64_t numberIn(const std::filesystem::path& path, const std::string& nam
     throw std::runtime_error(path.string() + " does not tell \"" + name + "\"");
 }
 
+std::vector<std::string> muted(const std::filesystem::path& program,
+                               const std::vector<std::string>& further) {
+    std::vector<std::string> arguments{program.string(), "--mute-interface-for-testing"};
+    arguments.insert(arguments.end(), further.begin(), further.end());
+    return arguments;
+}
+
 } // namespace
 
 double millisecondsBetween(Time start, Time end) {
     return std::chrono::duration<double, std::milli>(end - start).count();
 }
 
-RunningProgram::RunningProgram(const std::filesystem::path& program, const TemporaryHome& home,
-                               const std::vector<std::string>& further) {
-    std::vector<std::string> arguments{program.string(), "--mute-interface-for-testing"};
-    arguments.insert(arguments.end(), further.begin(), further.end());
+RunningProgram::RunningProgram(std::vector<std::string> arguments, const TemporaryHome& home,
+                               const posix_spawn_file_actions_t* files) {
     std::vector<std::string> environment = home.environment();
     const auto argumentPointers = pointers(arguments);
     const auto environmentPointers = pointers(environment);
     started_ = std::chrono::steady_clock::now();
-    const int failure = posix_spawn(&pid_, program.c_str(), nullptr, nullptr, argumentPointers.data(),
+    const int failure = posix_spawn(&pid_, arguments.front().c_str(), files, nullptr, argumentPointers.data(),
                                     environmentPointers.data());
     if (failure != 0) {
-        throw std::runtime_error("cannot run " + program.string() + ": " + std::strerror(failure));
+        throw std::runtime_error("cannot run " + arguments.front() + ": " + std::strerror(failure));
     }
 }
+
+RunningProgram::RunningProgram(const std::filesystem::path& program, const TemporaryHome& home,
+                               const std::vector<std::string>& further)
+    : RunningProgram(muted(program, further), home, nullptr) {}
 
 RunningProgram::~RunningProgram() {
     ::kill(pid_, SIGTERM);

@@ -2,6 +2,7 @@
 
 #include "bench/support/TemporaryHome.h"
 
+#include <spawn.h>
 #include <sys/types.h>
 
 #include <chrono>
@@ -22,9 +23,15 @@ struct Usage {
     std::uint64_t wakeups = 0; ///< voluntary context switches: each time a thread had slept and went on
 };
 
-/// A `deskfellow` without sound in a home of its own, ended with this object.
+/// A program in a home of its own, ended with this object.
 class RunningProgram {
 public:
+    /// `arguments` begin with the path of the program; `files` say what its descriptors are, those of this
+    /// process otherwise.
+    RunningProgram(std::vector<std::string> arguments, const TemporaryHome& home,
+                   const posix_spawn_file_actions_t* files);
+    /// A `deskfellow` without sound.
+    ///
     /// `further` are arguments for the program, such as a link it should act on.
     RunningProgram(const std::filesystem::path& program, const TemporaryHome& home,
                    const std::vector<std::string>& further = {});

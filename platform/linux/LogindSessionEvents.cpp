@@ -160,8 +160,9 @@ void LogindSessionEvents::sessionProperties(const QString& interface, const QVar
         setLocked(hint->toBool());
     if (const auto active = changed.constFind(QStringLiteral("Active")); active != changed.constEnd()) {
         const bool was = std::exchange(active_, active->toBool());
-        if (was && !active_ && onSessionInactive)
-            onSessionInactive();
+        const auto& tell = active_ ? onSessionActive : onSessionInactive;
+        if (was != active_ && tell)
+            tell();
     }
 }
 

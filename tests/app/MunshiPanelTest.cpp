@@ -27,7 +27,7 @@ struct OpenPanel : MunshiDesk {
 
     MunshiPanel& panel() { return *ability->panel(); }
     MunshiTodayPage& page() { return panel().today(); }
-    MunshiRow& row(std::size_t index) { return *page().list().rows().at(index); }
+    MunshiRow& row(std::size_t index) { return *page().list().lines().at(index); }
     PanelCheckBox& line(std::size_t index) { return *row(index).findChild<PanelCheckBox*>(); }
     PanelField* editor(std::size_t index) {
         for (PanelField* field : row(index).findChildren<PanelField*>()) {

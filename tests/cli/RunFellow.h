@@ -20,7 +20,7 @@ struct Answer {
 inline Answer runFellow(const std::string& words, const std::string& input = {}) {
     const TestSupport::TemporaryFolder scratch;
     TestSupport::writeBytes(scratch / "in", input);
-    const std::string line = std::string("TZ=UTC ") + FELLOW_PROGRAM + " " + words + " >" +
+    const std::string line = std::string("TZ=UTC LC_ALL=C ") + FELLOW_PROGRAM + " " + words + " >" +
                              (scratch / "out").string() + " 2>" + (scratch / "err").string() + " <" +
                              (scratch / "in").string();
     const int status = std::system(line.c_str());

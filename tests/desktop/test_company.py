@@ -103,10 +103,10 @@ def test_arranges_along_both_edges(desk, cast):
     frames = lambda: [desk.character(name).box for name in ("Batti", "Munshi")]  # noqa: E731
     wait_for("standing along the bottom", lambda: all(top + height == 1000 - 12 for _, top, _, height in frames()))
     wait_for("the last one in the corner", lambda: frames()[1][0] + frames()[1][2] == 1600 - 12)
-    assert frames()[0][0] + frames()[0][2] == frames()[1][0] - 12
+    wait_for("side by side", lambda: frames()[0][0] + frames()[0][2] == frames()[1][0] - 12)
     subprocess.run(cast.command("deskfellow://arrange/right"), env=cast.environment, timeout=10, check=True)
     wait_for("standing along the right", lambda: all(left + width == 1600 - 12 for left, _, width, _ in frames()))
-    assert frames()[0][1] + frames()[0][3] == frames()[1][1] - 12
+    wait_for("one above the other", lambda: frames()[0][1] + frames()[0][3] == frames()[1][1] - 12)
     desk.shot("arranged")
 
 

@@ -31,6 +31,7 @@ protected:
         events.onLocked = [this] { note("locked"); };
         events.onUnlocked = [this] { note("unlocked"); };
         events.onSessionInactive = [this] { note("inactive"); };
+        events.onSessionActive = [this] { note("active"); };
     }
     void TearDown() override {
         Testing::end(logind);
@@ -131,7 +132,7 @@ TEST_F(SessionEventsTest, LocksAndSwitchesAreToldOnce) {
     for (const bool active : {false, true, false})
         tell(session, QStringLiteral("UpdateProperties"),
              {interface, QVariantMap{{QStringLiteral("Active"), active}}});
-    EXPECT_TRUE(isTold("inactive inactive"));
+    EXPECT_TRUE(isTold("inactive active inactive"));
 }
 
 TEST_F(SessionEventsTest, WorksWithEitherBusMissing) {

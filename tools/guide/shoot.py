@@ -11,10 +11,12 @@ from datetime import datetime, timezone
 from http.server import BaseHTTPRequestHandler
 from pathlib import Path
 
-from PIL import Image
+from PIL import Image, ImageDraw
+from pyatspi import DESKTOP_COORDS
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tests" / "desktop"))
 from desk import SHOTS, Desk, Program, wait_for  # noqa: E402
+from player import Player  # noqa: E402
 
 WIDTH, HEIGHT = 1600, 1200
 GROUND = {"light": "#d7dde0", "dark": "#23262e"}
@@ -53,6 +55,8 @@ class Stage:
             look = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
         if self.character == "pump":
             agents(self.program.home)
+        if self.character == "clock":
+            look["LC_TIME"] = "en_IN.UTF-8"  # with am and pm, wherever the pictures are taken
         self.desk.mouse.move(2, 2)
         self.program.start(shows=self.name, **look)
         return self
@@ -230,12 +234,61 @@ def dhiru(stage):
         return [servers, question, containers], stage.settings(860)
 
 
+CITIES = ["America/New_York", "Europe/Paris", "Asia/Tokyo", "Australia/Sydney"]
+CLOCKS = json.dumps({"homeTimeZoneIdentifier": "Asia/Kolkata", "cityIdentifiers": CITIES,
+                     "pinnedTimeZoneIdentifiers": [CITIES[0], CITIES[2]], "defaultFacesApplied": True})
+
+
+def clock(stage):
+    idle = stage.standing(760, 520)
+    stage.link("do/clock/open", 1.5)
+    use = stage.standing(760, 520)
+    for letter in "sao":
+        stage.desk.mouse.keys(letter)
+    search = stage.standing(760, 520)
+    stage.desk.mouse.keys("Escape")
+    slider = stage.program.accessible("Time of day at home").queryComponent().getExtents(DESKTOP_COORDS)
+    stage.desk.mouse.click(slider.x + 0.35 * slider.width, slider.y + slider.height / 2)
+    stage.desk.mouse.move(2, 2)
+    save(side_by_side([search, stage.standing(760, 520)]), f"ghanta-ghar-search-{stage.theme}.png")
+    stage.link("do/clock/open")
+    return [idle, use], stage.settings(960)
+
+
+def cover(path):
+    """A picture that no one else has made."""
+    picture = Image.new("RGB", (400, 400))
+    for y in range(400):
+        picture.paste((52 + y // 3, 36 + y // 5, 112 - y // 8), (0, y, 400, y + 1))
+    draw = ImageDraw.Draw(picture)
+    draw.ellipse((130, 90, 270, 230), fill=(250, 204, 96))
+    draw.polygon([(0, 400), (0, 330), (130, 210), (290, 400)], fill=(58, 40, 82))
+    draw.polygon([(150, 400), (310, 230), (400, 310), (400, 400)], fill=(92, 52, 96))
+    picture.save(path)
+
+
+def thumka(stage):
+    time.sleep(302)  # no way round it: she dozes after five quiet minutes
+    doze = stage.standing(420, 440)
+    folder = stage.program.home / "music"
+    folder.mkdir()
+    cover(folder / "cover.png")
+    with Player(folder, [("Raindrops on a Tin Roof", "Leela Menon")]):
+        wait_for("the title", lambda: stage.desk.character("Raindrops on a Tin Roof"))
+        time.sleep(1)
+        dance = stage.standing(760, 440)
+        stage.link("do/thumka/open", 1.0)
+        return [doze, dance, stage.standing(760, 440)], stage.settings(820)
+
+
 SCENES = {
+    "clock": ("Ghanta Ghar", clock, {"clock.worldClocks.v1": CLOCKS}),
     "devwatch": ("Dhiru", dhiru, {}),
     "mira": ("Mira", mira, {}),
     "munshi": ("Munshi", munshi, {}),
     "pump": ("Pump", pump, {}),
     "snake": ("Snake", snake, {"snake.bestScore.v1": 23, "snake.speed.v1": 6}),
+    "thumka": ("Thumka", thumka, {}),
 }
 
 
@@ -256,17 +309,18 @@ def save(picture, name):
 
 def shoot(desk, character):
     name, scene, preferences = SCENES[character]
+    stem = name.lower().replace(" ", "-")
     forms = []
     for theme in GROUND:
         with Stage(desk, theme, character, name, preferences) as stage:
             pictures, form = scene(stage)
         if pictures[-1].width > 1000:  # the game, which fills the screen
-            save(pictures[1], f"{name.lower()}-use-{theme}.png")
-            save(pictures[0], f"{name.lower()}-idle-{theme}.png")
+            save(pictures[1], f"{stem}-use-{theme}.png")
+            save(pictures[0], f"{stem}-idle-{theme}.png")
         else:
-            save(side_by_side(pictures), f"{name.lower()}-{theme}.png")
+            save(side_by_side(pictures), f"{stem}-{theme}.png")
         forms.append(form)
-    save(side_by_side(forms), f"{name.lower()}-settings.png")
+    save(side_by_side(forms), f"{stem}-settings.png")
 
 
 if __name__ == "__main__":

@@ -99,6 +99,10 @@ def pump_needs_you():
                  (0.0, 0.4, woodblock(note("E5"), 0.2, seed=81)), (0.17, 0.35, woodblock(note("E5"), 0.2, seed=82)))
 
 
+def clock_bell():
+    return mixed(2.9, (0.0, 1.0, bell(note("A3"), 2.9, 2.6)), (0.0, 0.3, bowl(note("A3"), 2.9, 2.7)))
+
+
 def breath_in():
     return breath(4.0, 420.0, 900.0, 0.68, seed=111)
 
@@ -122,6 +126,7 @@ SOUNDS = {
     "mira-exhale": (mira_exhale, SHORT),
     "mira-rest": (mira_rest, SHORT),
     "pump-needs-you": (pump_needs_you, SHORT),
+    "clock-bell": (clock_bell, COMPLETION),
     "breath-in": (breath_in, BREATH),
     "breath-out": (breath_out, BREATH),
 }

@@ -29,6 +29,8 @@ public:
     virtual std::optional<QString> statusOverride() const { return std::nullopt; }
     /// A few digits shown large beside the status.
     virtual std::optional<QString> badge() const { return std::nullopt; }
+    /// Whether there are open eyes to close now.
+    virtual bool canBlink() const { return true; }
     virtual FellowCore::Seconds blinkInterval() const { return 4.6; }
     virtual FellowCore::Seconds blinkDuration() const { return 0.14; }
 
@@ -40,6 +42,8 @@ public:
     virtual void resumeMonitoring() {}
     /// The screen was locked, or the session went to the background.
     virtual void screenLocked() {}
+    /// The screen was unlocked, or the session came back.
+    virtual void screenUnlocked() {}
     /// A click on the character; true when that is all it should do, as to close the ability's own panel.
     virtual bool clicked() { return false; }
     /// The wish for reduced motion has changed.

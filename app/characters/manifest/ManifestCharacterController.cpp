@@ -44,6 +44,9 @@ void ManifestCharacterController::setAbility(std::unique_ptr<ManifestCharacterAb
 }
 
 void ManifestCharacterController::abilityChanged() {
+    if (blinkWork_.isActive() != blinks()) {
+        scheduleBlink();
+    }
     updatePose();
     sprite_.refreshOverlay();
     presentationChanged();
@@ -144,11 +147,16 @@ void ManifestCharacterController::updatePose() {
     sprite_.setPose(pose);
 }
 
+bool ManifestCharacterController::blinks() const {
+    return isShown() && companion().manifest.has(Behaviour::blink) && !reducesMotion() &&
+           (!ability_ || ability_->canBlink());
+}
+
 void ManifestCharacterController::scheduleBlink() {
     blinkWork_.stop();
     blinking_ = false;
     updatePose();
-    if (!isShown() || !companion().manifest.has(Behaviour::blink) || reducesMotion()) {
+    if (!blinks()) {
         return;
     }
     const FellowCore::Seconds interval = ability_ ? ability_->blinkInterval() : 4.6;
@@ -228,6 +236,12 @@ void ManifestCharacterController::didWake() {
 void ManifestCharacterController::screenLocked() {
     if (ability_) {
         ability_->screenLocked();
+    }
+}
+
+void ManifestCharacterController::screenUnlocked() {
+    if (ability_) {
+        ability_->screenUnlocked();
     }
 }
 

@@ -25,6 +25,8 @@ public:
     ManifestCharacterAbility* ability() const { return ability_.get(); }
     /// The ability has another pose, status or overlay.
     void abilityChanged();
+    /// Only the ability's pose is another.
+    void poseChanged() { updatePose(); }
     /// Only what the ability draws over the art is another.
     void overlayChanged() { sprite_.refreshOverlay(); }
 
@@ -48,6 +50,7 @@ public:
     void willSleep() override;
     void didWake() override;
     void screenLocked() override;
+    void screenUnlocked() override;
     void motionChanged() override;
 
 protected:
@@ -60,6 +63,7 @@ private:
     void timerChanged();
     void updateTickTimer();
     void updatePose();
+    bool blinks() const;
     void scheduleBlink();
     void blink();
     CharacterPresentation timerPresentation();

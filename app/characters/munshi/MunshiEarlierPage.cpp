@@ -4,8 +4,8 @@
 #include "app/characters/munshi/MunshiEarlierDelegate.h"
 #include "app/characters/munshi/MunshiEarlierModel.h"
 #include "app/characters/munshi/MunshiExport.h"
-#include "app/characters/munshi/MunshiMessage.h"
 #include "app/desktop/PanelControls.h"
+#include "app/desktop/PanelMessage.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -39,7 +39,7 @@ MunshiEarlierPage::MunshiEarlierPage(MunshiBook& book, DesktopServices& services
     field_->setAccessibleName(tr("Search all lines"));
     field_->setClearButtonEnabled(false);
     field_->installEventFilter(this);
-    told_ = new MunshiMessage(this);
+    told_ = new PanelMessage(this);
     column->addWidget(makeHeader());
     column->addWidget(field_);
     column->addWidget(view_, 1);

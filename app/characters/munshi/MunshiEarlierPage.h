@@ -15,7 +15,7 @@ namespace DeskSprites {
 class MunshiBook;
 class MunshiEarlierDelegate;
 class MunshiEarlierModel;
-class MunshiMessage;
+class PanelMessage;
 class PanelButton;
 class PanelField;
 class PanelScrollBar;
@@ -58,7 +58,7 @@ private:
     MunshiEarlierModel* model_ = nullptr;
     MunshiEarlierDelegate* delegate_ = nullptr;
     PanelText* empty_ = nullptr;
-    MunshiMessage* told_ = nullptr;
+    PanelMessage* told_ = nullptr;
     PanelButton* copy_ = nullptr;
     PanelButton* save_ = nullptr;
 };

@@ -3,7 +3,6 @@
 #include "app/characters/munshi/MunshiWords.h"
 #include "app/desktop/PanelControls.h"
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -32,7 +31,7 @@ PanelButton* rowButton(const QString& title, PixelIcon icon, QWidget* parent) {
 } // namespace
 
 MunshiRow::MunshiRow(FellowCore::Uuid id, Hooks hooks, QWidget* parent)
-    : QWidget(parent), id_(id), hooks_(std::move(hooks)), line_(new PanelCheckBox(this)),
+    : PanelRow(parent), id_(id), hooks_(std::move(hooks)), line_(new PanelCheckBox(this)),
       edit_(rowButton(tr("Edit"), PixelIcon::edit, this)),
       delete_(rowButton(tr("Delete"), PixelIcon::close, this)) {
     auto* line = new QHBoxLayout(this);
@@ -74,6 +73,15 @@ void MunshiRow::showItem(const FellowCore::MunshiItem& item, const std::string& 
 
 QWidget* MunshiRow::stop() const {
     return line_;
+}
+
+bool MunshiRow::dragsFrom(const QPoint& place) const {
+    return line_->wordsRect().contains(place);
+}
+
+void MunshiRow::showDragging(bool isDragging) {
+    dragging_ = isDragging;
+    showButtons();
 }
 
 void MunshiRow::beginEdit() {
@@ -135,75 +143,29 @@ bool MunshiRow::eventFilter(QObject* watched, QEvent* event) {
         return editorEvent(*event);
     }
     if (watched != line_) {
-        return QWidget::eventFilter(watched, event);
+        return PanelRow::eventFilter(watched, event);
     }
     if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         return lineKey(key->key(), key->modifiers() & ~Qt::KeypadModifier);
     }
-    if (event->type() == QEvent::FocusIn) {
-        hooks_.focused();
+    if (event->type() == QEvent::MouseButtonDblClick &&
+        dragsFrom(static_cast<QMouseEvent*>(event)->position().toPoint())) {
+        beginEdit();
+        return true;
     }
-    return lineMouse(*event);
+    return false;
 }
 
 bool MunshiRow::lineKey(int key, Qt::KeyboardModifiers modifiers) {
-    const bool isArrow = key == Qt::Key_Up || key == Qt::Key_Down;
-    const int by = key == Qt::Key_Up ? -1 : 1;
-    if (isArrow && modifiers == Qt::AltModifier) {
-        hooks_.move(by);
-    } else if (isArrow && modifiers == Qt::NoModifier) {
-        hooks_.step(by);
-    } else if ((key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2) &&
-               modifiers == Qt::NoModifier) {
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2) && modifiers == Qt::NoModifier) {
         beginEdit();
     } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
         hooks_.remove();
-    } else if (key == Qt::Key_Escape && dragging_) {
-        maybeDrag_ = dragging_ = false;
-        hooks_.drag(Drag::givenUp, {});
     } else {
         return false;
     }
     return true;
-}
-
-bool MunshiRow::lineMouse(QEvent& event) {
-    switch (event.type()) {
-    case QEvent::MouseButtonPress: {
-        const auto& mouse = static_cast<QMouseEvent&>(event);
-        pressed_ = mouse.globalPosition().toPoint();
-        maybeDrag_ =
-            mouse.button() == Qt::LeftButton && line_->wordsRect().contains(mouse.position().toPoint());
-        return false;
-    }
-    case QEvent::MouseMove: {
-        const QPoint at = static_cast<QMouseEvent&>(event).globalPosition().toPoint();
-        if (maybeDrag_ && (at - pressed_).manhattanLength() >= QApplication::startDragDistance()) {
-            dragging_ = true;
-        }
-        if (dragging_) {
-            showButtons();
-            hooks_.drag(Drag::moves, at);
-        }
-        return dragging_;
-    }
-    case QEvent::MouseButtonRelease:
-        maybeDrag_ = false;
-        if (std::exchange(dragging_, false)) {
-            hooks_.drag(Drag::dropped, static_cast<QMouseEvent&>(event).globalPosition().toPoint());
-        }
-        return false;
-    case QEvent::MouseButtonDblClick:
-        if (line_->wordsRect().contains(static_cast<QMouseEvent&>(event).position().toPoint())) {
-            maybeDrag_ = false;
-            beginEdit();
-            return true;
-        }
-        return false;
-    default:
-        return false;
-    }
 }
 
 bool MunshiRow::editorEvent(QEvent& event) {
@@ -226,17 +188,17 @@ bool MunshiRow::editorEvent(QEvent& event) {
 }
 
 void MunshiRow::enterEvent(QEnterEvent* event) {
-    QWidget::enterEvent(event);
+    PanelRow::enterEvent(event);
     showButtons();
 }
 
 void MunshiRow::leaveEvent(QEvent* event) {
-    QWidget::leaveEvent(event);
+    PanelRow::leaveEvent(event);
     showButtons();
 }
 
 void MunshiRow::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
+    PanelRow::resizeEvent(event);
     placeEditor();
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "app/desktop/DialoguePalette.h"
+#include "app/desktop/PanelRowList.h"
 #include "core/ledger/MunshiItem.h"
-
-#include <QWidget>
 
 #include <functional>
 #include <string>
@@ -16,20 +15,16 @@ class PanelField;
 
 /// One line of today. Its box checks it off; Space does the same, Enter or F2 or a double click edits it
 /// where it stands, Delete deletes it, Alt with Up or Down moves it, and so does dragging it by its words.
-class MunshiRow : public QWidget {
+class MunshiRow : public PanelRow {
     Q_OBJECT
 
 public:
-    enum class Drag { moves, dropped, givenUp };
     /// What the row asks for. It may be gone when a call returns.
     struct Hooks {
         std::function<void(bool done)> check;
         std::function<void(const QString& text)> rewrite;
         std::function<void()> remove;
         std::function<void(int by)> move;
-        std::function<void(int by)> step; ///< the focus to another row
-        std::function<void(Drag drag, const QPoint& global)> drag;
-        std::function<void()> focused;
         std::function<void()> editEnded;
     };
 
@@ -41,8 +36,9 @@ public:
     void showItem(const FellowCore::MunshiItem& item, const std::string& today);
     void beginEdit();
     bool isEditing() const { return editor_ != nullptr; }
-    /// What Tab and the arrows stop at.
-    QWidget* stop() const;
+    QWidget* stop() const override;
+    bool dragsFrom(const QPoint& place) const override;
+    void showDragging(bool isDragging) override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -53,7 +49,6 @@ protected:
 
 private:
     bool lineKey(int key, Qt::KeyboardModifiers modifiers);
-    bool lineMouse(QEvent& event);
     bool editorEvent(QEvent& event);
     void endEdit(bool keep);
     void placeEditor();
@@ -67,8 +62,6 @@ private:
     PanelButton* delete_;
     PanelField* editor_ = nullptr;
     QString editable_; ///< the text as an editor begins with it
-    QPoint pressed_;   ///< where a drag may begin, global
-    bool maybeDrag_ = false;
     bool dragging_ = false;
 };
 

@@ -3,9 +3,9 @@
 #include "app/characters/munshi/MunshiBook.h"
 #include "app/characters/munshi/MunshiDayList.h"
 #include "app/characters/munshi/MunshiExport.h"
-#include "app/characters/munshi/MunshiMessage.h"
 #include "app/characters/munshi/MunshiWords.h"
 #include "app/desktop/PanelControls.h"
+#include "app/desktop/PanelMessage.h"
 
 #include <QDate>
 #include <QHBoxLayout>
@@ -33,13 +33,13 @@ MunshiTodayPage::MunshiTodayPage(MunshiBook& book, DesktopServices& services, QW
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(PanelMetrics::unit);
     list_ = new MunshiDayList(book_, this);
-    undo_ = new MunshiMessage(this);
-    told_ = new MunshiMessage(this);
-    trouble_ = new MunshiMessage(this);
+    undo_ = new PanelMessage(this);
+    told_ = new PanelMessage(this);
+    trouble_ = new PanelMessage(this);
     column->addWidget(makeHeader());
     column->addWidget(makeEntry());
     column->addWidget(list_, 1);
-    for (MunshiMessage* message : {undo_, told_, trouble_}) {
+    for (PanelMessage* message : {undo_, told_, trouble_}) {
         column->addWidget(message);
     }
     column->addWidget(makeFooter());
@@ -140,7 +140,7 @@ void MunshiTodayPage::setDialoguePalette(const DialoguePalette& palette) {
     for (PanelButton* button : {close_, add_, earlier_, copy_, save_}) {
         button->setDialoguePalette(palette);
     }
-    for (MunshiMessage* message : {undo_, told_, trouble_}) {
+    for (PanelMessage* message : {undo_, told_, trouble_}) {
         message->setDialoguePalette(palette);
     }
     field_->setDialoguePalette(palette);
@@ -155,7 +155,7 @@ void MunshiTodayPage::addLine() {
     told_->say({});
     if (const auto added = book_.add(field_->text())) {
         field_->clear();
-        list_->reveal(*added);
+        list_->revealLine(*added);
     }
     field_->setFocus(Qt::ShortcutFocusReason);
 }

@@ -11,7 +11,7 @@ namespace DeskSprites {
 
 class MunshiBook;
 class MunshiDayList;
-class MunshiMessage;
+class PanelMessage;
 class PanelButton;
 class PanelField;
 class PanelText;
@@ -52,9 +52,9 @@ private:
     PanelField* field_ = nullptr;
     PanelButton* add_ = nullptr;
     MunshiDayList* list_ = nullptr;
-    MunshiMessage* undo_ = nullptr;
-    MunshiMessage* told_ = nullptr;
-    MunshiMessage* trouble_ = nullptr;
+    PanelMessage* undo_ = nullptr;
+    PanelMessage* told_ = nullptr;
+    PanelMessage* trouble_ = nullptr;
     PanelButton* earlier_ = nullptr;
     PanelButton* copy_ = nullptr;
     PanelButton* save_ = nullptr;

@@ -147,6 +147,12 @@ bool covered(const PixelImage& image, int x, int y) {
     return inside && channel(image, x, y, 3) != 0;
 }
 
+bool isPale(const PixelImage& image, int x, int y) {
+    constexpr int least = 0xc8;
+    return covered(image, x, y) && channel(image, x, y, 0) >= least && channel(image, x, y, 1) >= least &&
+           channel(image, x, y, 2) >= least;
+}
+
 bool atRim(const PixelImage& image, int x, int y) {
     return !covered(image, x - 1, y) || !covered(image, x + 1, y) || !covered(image, x, y - 1) ||
            !covered(image, x, y + 1);
@@ -319,6 +325,31 @@ TEST(Cast, KeepsThePlacesToDrawOverOnThePump) {
         EXPECT_TRUE(0 <= top && top < bottom && bottom <= pump.manifest().grid.height);
         EXPECT_TRUE(
             covered(pump.idle(), static_cast<int>((left + right) / 2), static_cast<int>((top + bottom) / 2)));
+    }
+}
+
+TEST(Cast, KeepsTheTowersDialsFreeForTheirHands) {
+    const Member& tower = cast().at("clock");
+    const FellowCore::Json document =
+        FellowCore::parseJson(TestSupport::bytesOf(tower.character->directory() / "places.json"));
+    const FellowCore::JsonFields places(document);
+    for (const char* name : {"largeDial", "leftDial", "rightDial"}) {
+        SCOPED_TRACE(name);
+        const FellowCore::JsonFields dial = places.object(name);
+        const auto column = static_cast<int>(dial.integer("column"));
+        const auto row = static_cast<int>(dial.integer("row"));
+        const auto radius = static_cast<int>(dial.integer("radius"));
+        ASSERT_GT(radius, 4);
+        for (const auto& [pose, picture] : tower.character->images()) {
+            for (int y = -radius; y <= radius; ++y) {
+                for (int x = -radius; x <= radius; ++x) {
+                    // A hand ends a pixel inside of the ticks.
+                    if (x * x + y * y <= (radius - 1) * (radius - 1)) {
+                        EXPECT_TRUE(isPale(*picture, column + x, row + y)) << pose << ' ' << x << ' ' << y;
+                    }
+                }
+            }
+        }
     }
 }
 

@@ -1,4 +1,10 @@
-"""Ghanta Ghar the clock tower: brick and sandstone, a bell under its dome, windows for eyes."""
+"""Ghanta Ghar the clock tower: brick and sandstone, a bell under its dome, windows for eyes.
+
+The program draws the hands over the dials, which are empty in the pictures, and hangs small plates with the
+names of cities at its foot. `PLACES` says where.
+"""
+from typing import NamedTuple
+
 import numpy as np
 
 from kit import BASE, LIGHT, SHADOW, Canvas, Character, Manifest, corner, mirrored, turned
@@ -10,11 +16,30 @@ WIDTH, HEIGHT = 125, 202
 MIDDLE = WIDTH / 2
 FLOOR = 197  # the contour adds the last row above the ground line at 198
 
-# The dials, empty of hands, as (column, row, radius inside the ticks) in whole pixels from the upper left:
-# the column and row are those of the pixel in the dial's very middle, about which the hands turn.
-LARGE_DIAL = (62, 155, 16)
-LEFT_DIAL = (18, 155, 6)
-RIGHT_DIAL = (106, 155, 6)
+
+class Dial(NamedTuple):
+    """A dial in art pixels from the upper left: the pixel in its very middle, about which the hands turn, and
+    the radius that is free of ticks."""
+
+    column: int
+    row: int
+    radius: int
+
+
+class Place(NamedTuple):
+    """A rectangle in art pixels from the upper left; right and bottom are not part of it."""
+
+    left: int
+    top: int
+    right: int
+    bottom: int
+
+
+LARGE_DIAL = Dial(62, 155, 16)
+LEFT_DIAL = Dial(18, 155, 6)
+RIGHT_DIAL = Dial(106, 155, 6)
+NAMES = Place(3, 183, WIDTH - 3, 196)  # on the steps, where the plates with the cities' names hang
+PLACES = {"largeDial": LARGE_DIAL, "leftDial": LEFT_DIAL, "rightDial": RIGHT_DIAL, "names": NAMES}
 
 BELL_BOX = (40, 38, 85, 77)
 FACE_BOX = (36, 77, 89, 119)
@@ -24,6 +49,7 @@ STONE_LIGHT = (0.24, 0.46, 0.9)
 BRICK_LIGHT = (0.3, 0.6, 0.97)
 
 CHARACTER = Character(
+    places=PLACES,
     identifier="clock",
     grid=(WIDTH, HEIGHT),
     ground=(MIDDLE, FLOOR + 1),

@@ -12,11 +12,11 @@ class PanelButton;
 class PanelText;
 
 /// A sentence inside a panel with one button beside it, announced when it appears.
-class MunshiMessage : public QWidget {
+class PanelMessage : public QWidget {
     Q_OBJECT
 
 public:
-    explicit MunshiMessage(QWidget* parent = nullptr);
+    explicit PanelMessage(QWidget* parent = nullptr);
 
     void setDialoguePalette(const DialoguePalette& palette);
     /// The button, which calls `press`.

@@ -1,4 +1,4 @@
-#include "app/characters/munshi/MunshiMessage.h"
+#include "app/desktop/PanelMessage.h"
 
 #include "app/desktop/PanelControls.h"
 
@@ -7,7 +7,7 @@
 
 namespace DeskSprites {
 
-MunshiMessage::MunshiMessage(QWidget* parent)
+PanelMessage::PanelMessage(QWidget* parent)
     : QWidget(parent), text_(new PanelText(TextRole::quiet, this)), button_(new PanelButton) {
     auto* line = new QHBoxLayout(this);
     line->setContentsMargins(PanelMetrics::halfUnit, 0, 0, 0);
@@ -23,22 +23,22 @@ MunshiMessage::MunshiMessage(QWidget* parent)
     hide();
 }
 
-void MunshiMessage::setDialoguePalette(const DialoguePalette& palette) {
+void PanelMessage::setDialoguePalette(const DialoguePalette& palette) {
     text_->setDialoguePalette(palette);
     button_->setDialoguePalette(palette);
 }
 
-void MunshiMessage::setButton(const QString& title, std::function<void()> press) {
+void PanelMessage::setButton(const QString& title, std::function<void()> press) {
     press_ = std::move(press);
     button_->setTitle(title);
     button_->show();
 }
 
-void MunshiMessage::setNoButton() {
+void PanelMessage::setNoButton() {
     button_->hide();
 }
 
-void MunshiMessage::say(const QString& sentence) {
+void PanelMessage::say(const QString& sentence) {
     if (sentence == text_->text()) {
         return;
     }
@@ -51,11 +51,11 @@ void MunshiMessage::say(const QString& sentence) {
     }
 }
 
-QString MunshiMessage::sentence() const {
+QString PanelMessage::sentence() const {
     return text_->text();
 }
 
-QWidget* MunshiMessage::button() const {
+QWidget* PanelMessage::button() const {
     return button_;
 }
 

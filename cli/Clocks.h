@@ -1,0 +1,10 @@
+#pragma once
+
+#include "cli/Command.h"
+
+namespace Fellow {
+
+/// `fellow clocks`: what Ghanta Ghar's clocks show.
+extern const Command clocks;
+
+} // namespace Fellow
