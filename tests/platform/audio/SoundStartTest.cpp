@@ -54,8 +54,8 @@ bool everythingIsHeardAsLongAsItShould() {
 }
 
 /// The toolkit keeps the first sound server that it met for the life of a process, so this has one of its
-/// own. It leaves without the toolkit's farewell to a server that is already gone, which is not what is tested
-/// here and may abort.
+/// own. It leaves without the toolkit's farewell to a server that is already gone, which is not what is
+/// tested here and may abort.
 [[noreturn]] void playFromEverywhere() {
     const bool right = everythingIsHeardAsLongAsItShould();
     std::cerr << "done" << std::endl;
