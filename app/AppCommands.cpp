@@ -286,6 +286,10 @@ bool AppController::cuesAreMuted(const DesktopCharacter* from) const {
     return from && from == batti_ && !batti_->sounds();
 }
 
+bool AppController::isGuidedBySound() const {
+    return std::ranges::any_of(stage_.all(), [](const auto& each) { return each->guidesBySound(); });
+}
+
 void AppController::perform(const std::string& id, const QString& action) {
     DesktopCharacter* character = stage_.find(id);
     if (!character || !stage_.host().isAvailable(id) || press(*character, action)) {
@@ -301,10 +305,8 @@ void AppController::playInterfaceSound(InterfaceSoundCue cue, const DesktopChara
     const DesktopCharacter* source = from ? from : stage_.active();
     const FellowCore::Rect art = source ? source->geometry().artwork : FellowCore::Rect{};
     const auto screen = source ? source->screen() : std::nullopt;
-    const bool guidanceActive =
-        std::ranges::any_of(stage_.all(), [](const auto& each) { return each->guidesBySound(); });
     interfaceAudio_.play(cue, {art.midX(), art.midY()}, screen ? screen->frame : FellowCore::Rect{},
-                         guidanceActive, cuesAreMuted(source), volume);
+                         isGuidedBySound(), cuesAreMuted(source), volume);
 }
 
 } // namespace DeskSprites

@@ -97,6 +97,7 @@ void AppController::wireSite() {
     site_.playSound = [this](InterfaceSoundCue cue, const DesktopCharacter& from, double volume) {
         playInterfaceSound(cue, &from, volume);
     };
+    site_.isGuidedBySound = [this] { return isGuidedBySound(); };
     site_.tell = [this](const QString& sentence) { notices_.tell(sentence); };
     site_.obstacles = [this](const DesktopCharacter& of) {
         std::vector<FellowCore::Rect> windows = stage_.attachmentObstacles(of);
@@ -202,11 +203,16 @@ void AppController::wireSession() {
 
 /// A session may be locked and in the background at once; the user is back when it is neither.
 void AppController::attendanceChanged(bool& reason, bool holds) {
+    const bool wasAway = away_.locked || away_.inBackground;
     reason = holds;
+    const bool isAway = away_.locked || away_.inBackground;
+    if (isAway == wasAway) {
+        return;
+    }
     for (const auto& character : stage_.all()) {
-        if (holds) {
+        if (isAway) {
             character->screenLocked();
-        } else if (!away_.locked && !away_.inBackground) {
+        } else {
             character->screenUnlocked();
         }
     }

@@ -105,6 +105,7 @@ private:
     void playInterfaceSound(FellowCore::InterfaceSoundCue cue, const DesktopCharacter* from = nullptr,
                             double volume = 1);
     bool cuesAreMuted(const DesktopCharacter* from) const;
+    bool isGuidedBySound() const;
 
     Platform::System& system_;
     AppSurroundings surroundings_;

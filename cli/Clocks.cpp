@@ -1,8 +1,9 @@
 #include "cli/Clocks.h"
 
-#include "cli/PumpOptions.h"
+#include "cli/MomentOptions.h"
 #include "core/base/Json.h"
 #include "core/base/MemoryPreferences.h"
+#include "core/base/PreferencesFile.h"
 #include "core/base/Text.h"
 #include "core/base/WholeFile.h"
 #include "core/worldclock/WorldClockPresentation.h"
@@ -28,22 +29,21 @@ using FellowCore::WorldClockRow;
 using FellowCore::WorldClockState;
 using Rows = std::vector<WorldClockRow>;
 
-constexpr std::size_t preferencesLimit = 8U << 20U;
-
 /// The running program's clocks. Its file is only looked at; one that cannot be understood counts as none.
-WorldClockState storedState(const PumpOptions& options, const FellowCore::WorldClockCatalog& catalog,
+WorldClockState storedState(const MomentOptions& options, const FellowCore::WorldClockCatalog& catalog,
                             const std::string& zone) {
     FellowCore::PosixFileOperations files;
     FellowCore::MemoryPreferences stored;
     try {
-        stored.load(readWholeFile(files, options.folders->preferencesFile(), preferencesLimit));
+        stored.load(
+            readWholeFile(files, options.folders->preferencesFile(), FellowCore::PreferencesFile::sizeLimit));
     } catch (const std::runtime_error&) {
         stored = FellowCore::MemoryPreferences();
     }
     return FellowCore::WorldClockStore(stored, catalog).load(zone);
 }
 
-Rows rowsAt(const PumpOptions& options) {
+Rows rowsAt(const MomentOptions& options) {
     const FellowCore::WorldClockCatalog catalog;
     const std::string zone = Platform::localCalendar().timeZone();
     FellowCore::WorldClockFormatter formatter(Platform::localTimeLocale());
@@ -97,7 +97,7 @@ void printText(const Rows& rows) {
 }
 
 ExitStatus run(Arguments arguments) {
-    const PumpOptions options = readPumpOptions(arguments);
+    const MomentOptions options = readMomentOptions(arguments);
     if (options.complaint) {
         return misused(clocks, *options.complaint);
     }

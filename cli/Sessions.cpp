@@ -1,6 +1,6 @@
 #include "cli/Sessions.h"
 
-#include "cli/PumpOptions.h"
+#include "cli/MomentOptions.h"
 #include "core/agents/PumpAgentConnector.h"
 #include "core/agents/PumpAgentState.h"
 #include "core/agents/PumpAgentTail.h"
@@ -27,7 +27,7 @@ struct Seen {
     bool isAnyConnected = false;
 };
 
-Seen lookAt(const PumpOptions& options) {
+Seen lookAt(const MomentOptions& options) {
     FellowCore::PosixFileOperations files;
     FellowCore::PumpAgentState state;
     state.ingest(readAgentEvents(files, agentEventsFile(*options.folders)), options.at);
@@ -87,7 +87,7 @@ void printText(const Seen& seen, Instant now) {
 }
 
 ExitStatus run(Arguments arguments) {
-    const PumpOptions options = readPumpOptions(arguments);
+    const MomentOptions options = readMomentOptions(arguments);
     if (options.complaint) {
         return misused(sessions, *options.complaint);
     }

@@ -1,6 +1,6 @@
 #include "cli/Usage.h"
 
-#include "cli/PumpOptions.h"
+#include "cli/MomentOptions.h"
 #include "core/agents/ClaudeStatusLineConnector.h"
 #include "core/base/Json.h"
 #include "core/base/MemoryPreferences.h"
@@ -42,7 +42,7 @@ PumpPreferences preferencesOf(FellowCore::FileOperations& files, const SupportFo
     return PumpPreferences::load(stored);
 }
 
-PumpUsageSnapshot readUsage(const PumpOptions& options) {
+PumpUsageSnapshot readUsage(const MomentOptions& options) {
     FellowCore::PosixFileOperations files;
     const SupportFolders& folders = *options.folders;
     FellowCore::PumpUsagePlaces places{.home = folders.home(), .rateLimits = claudeRateLimitsFile(folders)};
@@ -189,7 +189,7 @@ void printText(const PumpUsageSnapshot& snapshot) {
 }
 
 ExitStatus run(Arguments arguments) {
-    const PumpOptions options = readPumpOptions(arguments);
+    const MomentOptions options = readMomentOptions(arguments);
     if (options.complaint) {
         return misused(usage, *options.complaint);
     }

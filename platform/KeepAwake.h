@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 namespace Platform {
@@ -12,6 +13,8 @@ public:
     /// Whether at least one of the session's services holds the machine awake. Asking them takes a moment, so
     /// it is false at first.
     virtual bool isHeld() const = 0;
+    /// What `isHeld` says is something else now.
+    std::function<void()> onChanged;
 };
 
 /// Asks the session's services, without waiting for their answers. Main thread only.

@@ -44,6 +44,8 @@ struct CharacterSite {
     /// Keeps everyone who stands on this screen (its whole frame) out of sight, as while a game covers it;
     /// nothing brings all back as they stood. Who is on the desktop, and what they do, stays as it is.
     std::function<void(const std::optional<FellowCore::Rect>& screen)> coverScreen{};
+    /// Whether a character guides the user by sounds now, which no sound of another may disturb.
+    std::function<bool()> isGuidedBySound = [] { return false; };
 };
 
 /// Stands a character on the desktop for something that can only be done there: shows the set when it is

@@ -190,6 +190,7 @@ bool PanelRowList::mouse(PanelRow& row, QEvent& event) {
     const bool wasDragging = isDragging_;
     switch (event.type()) {
     case QEvent::MouseButtonPress:
+        endDrag(); // another button gives it up
         takeHold(row, mouse);
         return false;
     case QEvent::MouseMove:

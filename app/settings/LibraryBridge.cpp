@@ -4,7 +4,6 @@
 #include "app/characters/manifest/ManifestCharacterController.h"
 #include "app/roster/Icons.h"
 #include "core/art/DesktopSize.h"
-#include "core/base/WholeFile.h"
 #include "core/host/PreferenceKeys.h"
 #include "core/host/SettingsPersistence.h"
 
@@ -15,17 +14,6 @@ namespace DeskSprites {
 
 namespace Keys = FellowCore::PreferenceKeys;
 using FellowCore::SettingsPersistence;
-
-namespace {
-
-/// The folder as people read it, with "~" for their home.
-QString shortened(const std::filesystem::path& folder, const std::filesystem::path& home) {
-    const bool isBelow = FellowCore::liesBelow(folder, home);
-    return QString::fromStdString(isBelow ? ("~" / folder.lexically_relative(home)).string()
-                                          : folder.string());
-}
-
-} // namespace
 
 LibraryBridge::LibraryBridge(const LibrarySources& sources) : sources_(sources) {}
 
@@ -136,7 +124,8 @@ GeneralSettings LibraryBridge::general() const {
     general.arrangeCompact = sources_.placement.isCompact();
     general.systemReducesMotion = sources_.services.system.motion().isReduced();
     general.version = QStringLiteral(DESKFELLOW_VERSION);
-    general.dataFolder = shortened(sources_.services.folders.deskSprites(), sources_.services.folders.home());
+    const FellowCore::SupportFolders& folders = sources_.services.folders;
+    general.dataFolder = QString::fromStdString(folders.shortened(folders.deskSprites()));
     return general;
 }
 

@@ -1,5 +1,7 @@
 #include "core/base/SupportFolders.h"
 
+#include "core/base/WholeFile.h"
+
 namespace FellowCore {
 
 namespace {
@@ -42,6 +44,10 @@ std::filesystem::path SupportFolders::autostartFolder() const {
 
 std::filesystem::path SupportFolders::character(std::string_view identifier) const {
     return deskSprites() / "sprites" / identifier;
+}
+
+std::string SupportFolders::shortened(const std::filesystem::path& path) const {
+    return liesBelow(path, home_) ? ("~" / path.lexically_relative(home_)).string() : path.string();
 }
 
 std::filesystem::path SupportFolders::focusTimerFile(std::string_view identifier) const {

@@ -29,6 +29,8 @@ public:
     std::filesystem::path preferencesFile() const;
     std::filesystem::path autostartFolder() const;
     std::optional<std::filesystem::path> runtime() const { return runtime_; }
+    /// A path as people read it, with "~" for their home.
+    std::string shortened(const std::filesystem::path& path) const;
     /// The folder of one character's files; `identifier` is a valid manifest identifier.
     std::filesystem::path character(std::string_view identifier) const;
     /// The focus timer of a character with the timer behaviour, Batti's among them.

@@ -181,4 +181,15 @@ std::string singleLine(std::string_view text) {
     return utf8(line);
 }
 
+std::string_view bytePrefix(std::string_view text, std::size_t count) {
+    if (text.size() <= count) {
+        return text;
+    }
+    constexpr int longestTail = 3;
+    for (int tail = 0; tail < longestTail && count > 0 && (text[count] & 0xC0) == 0x80; ++tail) {
+        --count;
+    }
+    return text.substr(0, count);
+}
+
 } // namespace FellowCore

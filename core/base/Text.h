@@ -15,6 +15,8 @@ std::string trimmed(std::string_view text);
 std::size_t characterCount(std::string_view text);
 /// The first `count` user-perceived characters.
 std::string characterPrefix(std::string_view text, std::size_t count);
+/// The first bytes, at most so many, not ending within a code point.
+std::string_view bytePrefix(std::string_view text, std::size_t count);
 /// A form for comparing that ignores case and diacritics (NFKD, nonspacing marks removed, case folded).
 std::string folded(std::string_view text);
 /// The text with bytes that are not UTF-8 replaced by U+FFFD.

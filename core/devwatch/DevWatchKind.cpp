@@ -146,10 +146,12 @@ DevWatchKind DevWatchKind::classify(const DevWatchProcess& process) {
 
 std::optional<std::string> DevWatchKind::httpURL(const DevWatchListener& listener) {
     const Case kind = classify(listener.process).kind;
-    if (kind == Case::database || kind == Case::system || isIn(databasePorts, listener.port)) {
-        return std::nullopt;
-    }
-    return "http://localhost:" + std::to_string(listener.port);
+    return kind == Case::database || kind == Case::system ? std::nullopt : httpURL(listener.port);
+}
+
+std::optional<std::string> DevWatchKind::httpURL(std::uint16_t port) {
+    return isIn(databasePorts, port) ? std::nullopt
+                                     : std::optional("http://localhost:" + std::to_string(port));
 }
 
 std::string_view rawValue(DevWatchKind::Case kind) {

@@ -2,6 +2,7 @@
 
 #include "core/devwatch/DevWatchProcess.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,8 @@ struct DevWatchKind {
     /// Where to look at a listener in a browser; nothing for databases, what belongs to the system, and ports
     /// that databases use.
     static std::optional<std::string> httpURL(const DevWatchListener& listener);
+    /// The same where nothing but the port is known.
+    static std::optional<std::string> httpURL(std::uint16_t port);
 
     friend bool operator==(const DevWatchKind&, const DevWatchKind&) = default;
 };

@@ -37,18 +37,6 @@ std::string withoutLineBreaks(std::string_view text) {
     return line;
 }
 
-/// At most so many bytes, not ending within a code point.
-std::string_view bytePrefix(std::string_view text, std::size_t count) {
-    if (text.size() <= count) {
-        return text;
-    }
-    constexpr int longestTail = 3;
-    for (int tail = 0; tail < longestTail && (text[count] & 0xC0) == 0x80; ++tail) {
-        --count;
-    }
-    return text.substr(0, count);
-}
-
 } // namespace
 
 std::optional<MunshiLine> MunshiLine::parse(std::string_view raw) {

@@ -10,6 +10,7 @@ enum class NowPlayingCommand { playPause, next, previous, raise };
 
 /// "play-pause", "next", "previous", "raise".
 std::string_view rawValue(NowPlayingCommand command);
+/// The command of that word; nothing for any other.
 std::optional<NowPlayingCommand> nowPlayingCommand(std::string_view word);
 
 } // namespace FellowCore

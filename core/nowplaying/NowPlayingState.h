@@ -25,6 +25,7 @@ struct NowPlayingState {
     std::optional<std::string> announcement; ///< the title of the last piece that began
     MonotonicInstant announcedAt;
 
+    /// Takes what there is to play from `at` on, and announces it when it is another piece.
     void update(std::optional<NowPlayingTrack> newTrack, bool isAvailable, MonotonicInstant at);
     Mode mode(MonotonicInstant at) const;
     /// What the bubble says, if anything.

@@ -14,6 +14,7 @@ namespace FellowMedia {
 /// Cuts what arrives into commands; lines that are none are passed over, however long.
 class MediaCommandLines {
 public:
+    /// The commands of the lines that `data` completes.
     std::vector<FellowCore::NowPlayingCommand> append(std::string_view data);
 
 private:

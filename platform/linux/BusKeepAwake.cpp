@@ -106,10 +106,12 @@ void BusKeepAwake::askScreen(const QDBusMessage& call, const TakeBack& takeBack,
          otherwise](const QDBusMessage& answer) {
             std::optional<QDBusMessage> letGo = takeBack(answer);
             if (self && self->turn_ == turn) {
+                const bool wasHeld = self->isHeld();
                 if (letGo)
                     std::swap(self->letGo_, letGo); // the new hold comes before the end of the old one
                 else if (otherwise && !self->letGo_)
                     (self->*otherwise)();
+                self->tellChange(wasHeld);
             }
             if (letGo)
                 bus.send(*letGo);
@@ -117,10 +119,17 @@ void BusKeepAwake::askScreen(const QDBusMessage& call, const TakeBack& takeBack,
 }
 
 void BusKeepAwake::screenServiceChanged(const QString& service, const QString& before) {
+    const bool wasHeld = isHeld();
     if (letGo_ && letGo_->service() == before)
         letGo_.reset();
     if (!letGo_ || service == screenSaver)
         askScreenSaver();
+    tellChange(wasHeld);
+}
+
+void BusKeepAwake::tellChange(bool wasHeld) const {
+    if (isHeld() != wasHeld && onChanged)
+        onChanged();
 }
 
 void BusKeepAwake::askLogind() {
@@ -130,8 +139,11 @@ void BusKeepAwake::askLogind() {
     ask(system_, call, [self = QPointer(this)](const QDBusMessage& answer) {
         const QDBusPendingReply<QDBusUnixFileDescriptor> file(answer);
         // Refused, or no logind: the screen's hold stands alone. Too late: the file closes with the answer.
-        if (self && !file.isError())
+        if (self && !file.isError()) {
+            const bool wasHeld = self->isHeld();
             self->inhibitor_ = file.value();
+            self->tellChange(wasHeld);
+        }
     });
 }
 

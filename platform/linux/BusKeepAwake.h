@@ -33,6 +33,7 @@ private:
                    void (BusKeepAwake::*otherwise)() = nullptr);
     void screenServiceChanged(const QString& service, const QString& before);
     void askLogind();
+    void tellChange(bool wasHeld) const;
 
     QDBusConnection system_;
     QDBusConnection session_;

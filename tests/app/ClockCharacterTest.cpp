@@ -239,6 +239,10 @@ TEST(ClockCharacter, AMachineWithoutANamedZoneStillHasATime) {
     EXPECT_EQ(desk.clock->rows().back().difference, "+3:15");
     desk.clock->setRingsHourly(true);
     EXPECT_TRUE(desk.clock->keeper().isArmed());
+    ClockForm form(*desk.clock, nullptr);
+    auto& follows = *form.findChildren<FormSwitch*>().front();
+    follows.click();
+    EXPECT_TRUE(follows.isChecked()) << "the switch shows a home that cannot be kept";
 }
 
 TEST(ClockKeeper, KeepsTheCityTableOnlyWhileItIsUsed) {

@@ -226,6 +226,13 @@ TEST(ClockPanelTest, RowsAreDraggedBelowHome) {
     EXPECT_EQ(at.names(), "Kolkata Tokyo* Paris* Cairo") << "a city was dropped above home";
     drag(0, 3, 0.9);
     EXPECT_EQ(at.names(), "Kolkata Tokyo* Paris* Cairo") << "home was dragged away";
+    QWidget& row = at.stop(1);
+    const QPointF far(120, row.height() * 2.4);
+    KitHarness::mouse(row, QEvent::MouseButtonPress, QPointF(120, row.height() / 2.0));
+    KitHarness::mouse(row, QEvent::MouseMove, far);
+    KitHarness::mouse(row, QEvent::MouseButtonPress, far, Qt::RightButton);
+    KitHarness::mouse(row, QEvent::MouseButtonRelease, far);
+    EXPECT_EQ(at.names(), "Kolkata Tokyo* Paris* Cairo") << "another button does not give the drag up";
 }
 
 TEST(ClockPanelTest, AFullListSaysSoAndKeepsItsRowsInSight) {

@@ -39,7 +39,10 @@ TEST(DhiruTaps, FourBeatsAndThenNothingUntilTheNext) {
 /// A hold that the test grants, and that says when it ends.
 class TestHold final : public Platform::KeepAwake {
 public:
-    TestHold(const bool& granted, int& holds) : granted_(granted), holds_(holds) { ++holds_; }
+    TestHold(const bool& granted, int& holds, TestHold*& last) : granted_(granted), holds_(holds) {
+        ++holds_;
+        last = this;
+    }
     ~TestHold() override { --holds_; }
     bool isHeld() const override { return granted_; }
 
@@ -51,13 +54,18 @@ private:
 class DhiruAwakeTest : public testing::Test {
 protected:
     std::unique_ptr<DhiruAwake> make() {
-        return std::make_unique<DhiruAwake>(preferences,
-                                            [this] { return std::make_unique<TestHold>(granted, holds); });
+        return std::make_unique<DhiruAwake>(
+            preferences, [this] { return std::make_unique<TestHold>(granted, holds, last); });
+    }
+    void grant(bool grants) {
+        granted = grants;
+        last->onChanged();
     }
 
     FellowCore::MemoryPreferences preferences;
     bool granted = true;
     int holds = 0;
+    TestHold* last = nullptr;
 };
 
 TEST_F(DhiruAwakeTest, HoldsOnlyWhileWantedAndThere) {
@@ -94,6 +102,13 @@ TEST_F(DhiruAwakeTest, SaysSoWhenTheSessionWillNot) {
     const int told = changes;
     runFor(900);
     EXPECT_EQ(changes, told) << "it goes on asking";
+    grant(true);
+    EXPECT_EQ(awake->words(), QStringLiteral("Keeping awake"))
+        << "a service that answers late, or comes later";
+    EXPECT_EQ(changes, told + 1);
+    grant(false);
+    EXPECT_TRUE(awake->words().isEmpty()) << "a service that restarts may hold again";
+    EXPECT_TRUE(waitUntil([&] { return !awake->words().isEmpty(); }, 4000));
 }
 
 TEST(DhiruAbility, OffersTheWatchTheServersAndTheSwitch) {

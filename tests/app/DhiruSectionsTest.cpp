@@ -192,6 +192,20 @@ TEST(DhiruSections, ContainersStandByProjectAndThoseOfNoneLast) {
         << "the first that is left begins its group";
 }
 
+TEST(DhiruSections, ABrowserIsSentToNoDatabaseOfAContainer) {
+    DevWatchView shown = view();
+    shown.containers = {container("db", std::nullopt)};
+    auto& ports = shown.containers[0].entry.container.ports;
+    ports = {5432};
+    EXPECT_THAT(linesOf(DhiruSection::containers, shown).lines.at(0).acts,
+                ElementsAre(DhiruAct::stopContainer));
+    EXPECT_EQ(DhiruSections::url(shown.containers[0]), std::nullopt);
+    ports = {5432, 8080};
+    EXPECT_THAT(linesOf(DhiruSection::containers, shown).lines.at(0).acts,
+                ElementsAre(DhiruAct::open, DhiruAct::stopContainer));
+    EXPECT_EQ(DhiruSections::url(shown.containers[0]), "http://localhost:8080");
+}
+
 TEST(DhiruSections, AnEmptyListSaysWhy) {
     struct Case {
         DevWatchProcessListState list;

@@ -62,11 +62,12 @@ inline void key(QWidget& window, int code, Qt::KeyboardModifiers modifiers = Qt:
     QApplication::sendEvent(target, &release);
 }
 
-inline void mouse(QWidget& widget, QEvent::Type type, const QPointF& place) {
+inline void mouse(QWidget& widget, QEvent::Type type, const QPointF& place,
+                  Qt::MouseButton button = Qt::LeftButton) {
     const bool held = type != QEvent::MouseButtonRelease;
     QMouseEvent event(type, place, widget.mapToGlobal(place),
-                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
-                      held ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+                      type == QEvent::MouseMove ? Qt::NoButton : button,
+                      held ? Qt::LeftButton | button : Qt::MouseButtons(), Qt::NoModifier);
     QApplication::sendEvent(&widget, &event);
 }
 

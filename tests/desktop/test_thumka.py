@@ -1,6 +1,5 @@
 """Thumka as a person meets her, beside a real media player: the dance, the title, the panel, and her helper."""
 import hashlib
-import shutil
 import signal
 import subprocess
 import time
@@ -11,7 +10,6 @@ from Xlib import X
 from desk import stays, wait_for
 from player import Player
 
-pytestmark = pytest.mark.skipif(not shutil.which("mpv"), reason="mpv is not installed")
 PIECES = [("Raindrops", "Leela"), ("Sunrise", "Arun")]
 
 

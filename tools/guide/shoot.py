@@ -1,5 +1,6 @@
 """Takes the pictures of docs/guide.md: each character idle, in use and in the settings, on two desktops."""
 import json
+import shutil
 import socketserver
 import subprocess
 import sys
@@ -196,15 +197,17 @@ class Engine(BaseHTTPRequestHandler):
 @contextmanager
 def developer(home):
     """What runs on a developer's machine: some real servers in project folders, and an engine with containers."""
+    work = Path("/tmp/asha")  # of a length that people's folders have; its names can be read in the pictures
+    work.mkdir()
     # What listens goes by the name that it was started by.
     servers = [("node", "shop", 5173), ("python3", "invoices", 8000), ("hugo", "blog", 1313)]
     running = []
     for name, project, port in servers:
-        (home / project).mkdir()
+        (work / project).mkdir()
         program = home / name
         program.symlink_to("/usr/bin/python3")
         running.append(subprocess.Popen([str(program), "-m", "http.server", str(port), "--bind", "127.0.0.1"],
-                                        cwd=home / project, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+                                        cwd=work / project, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
     place = home / ".docker" / "run" / "docker.sock"
     place.parent.mkdir(parents=True)
     engine = socketserver.ThreadingUnixStreamServer(str(place), Engine)
@@ -217,6 +220,7 @@ def developer(home):
         for server in running:
             server.kill()
             server.wait()
+        shutil.rmtree(work)
 
 
 def dhiru(stage):

@@ -151,7 +151,7 @@ void ClockCharacter::keeperChanged() {
 }
 
 void ClockCharacter::minuteMet(Instant minute) {
-    if (!active_ || locked_ || !bell_.ringsHourly()) {
+    if (!active_ || locked_ || !bell_.ringsHourly() || site_.isGuidedBySound()) {
         return;
     }
     constexpr FellowCore::Seconds hour = 3600;

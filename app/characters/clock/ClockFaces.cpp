@@ -106,7 +106,10 @@ void ClockFaces::loadPlaces(const std::filesystem::path& folder) {
             FellowCore::parseJson(readWholeFile(files, folder / "places.json", placesLimit));
         const FellowCore::JsonFields places(document);
         const FellowCore::JsonFields names = places.object("names");
-        const auto side = [&](std::string_view name) { return static_cast<int>(names.integer(name)); };
+        const auto side = [&](std::string_view name) {
+            const std::int64_t most = std::max(canvas.width(), canvas.height());
+            return static_cast<int>(std::clamp<std::int64_t>(names.integer(name), 0, most));
+        };
         large_ = dialFrom(places, "largeDial");
         small_ = {dialFrom(places, "leftDial"), dialFrom(places, "rightDial")};
         names_ =

@@ -102,6 +102,7 @@ void ClockForm::follow(bool system) {
         }
         return state.setHome(state.homeCity(clock_.catalog(), zone).identifier, clock_.catalog(), zone);
     });
+    refresh(); // a machine without a named zone has no home to stay at
 }
 
 void ClockForm::unpin(std::size_t side) {

@@ -1,6 +1,7 @@
 #include "app/characters/dhiru/DevWatchContainers.h"
 
 #include "app/characters/dhiru/DevWatchLooks.h"
+#include "app/characters/dhiru/DhiruWords.h"
 #include "core/containers/DevWatchDockerFailure.h"
 #include "core/containers/DevWatchHTTPFailure.h"
 #include "core/devwatch/DevWatchPose.h"
@@ -18,12 +19,8 @@ using Outcome = DevWatchContainerOutcome;
 
 namespace {
 
-QString words(const char* text) {
-    return QCoreApplication::translate("Dhiru", text);
-}
-
 QString stopped() {
-    return words("Container stopped");
+    return DhiruWords::words("Container stopped");
 }
 
 QString sentence(Outcome outcome) {
@@ -31,17 +28,17 @@ QString sentence(Outcome outcome) {
     case Outcome::stopped:
         return stopped();
     case Outcome::unconfirmed:
-        return words("Stop unconfirmed. Checking container…");
+        return DhiruWords::words("Stop unconfirmed. Checking container…");
     case Outcome::withdrawn:
         return {};
     case Outcome::changed:
-        return words("Container unavailable or changed");
+        return DhiruWords::words("Container unavailable or changed");
     case Outcome::unsupported:
-        return words("Docker needs API 1.42 or later");
+        return DhiruWords::words("Docker needs API 1.42 or later");
     case Outcome::unavailable:
         break;
     }
-    return words("Docker unavailable");
+    return DhiruWords::words("Docker unavailable");
 }
 
 std::optional<std::string> textOf(const std::optional<std::filesystem::path>& path) {
@@ -127,19 +124,21 @@ std::vector<DevWatchContainerRow> DevWatchContainers::rows() const {
 QString DevWatchContainers::note() const {
     switch (state_) {
     case ListState::reading:
-        return words("Reading your containers…");
+        return DhiruWords::words("Reading your containers…");
     case ListState::available:
-        return entries_.empty() ? words("No running containers") : QString();
+        return entries_.empty() ? DhiruWords::words("No running containers") : QString();
     case ListState::unavailable:
         break;
     }
-    return words("Docker unavailable");
+    return DhiruWords::words("Docker unavailable");
 }
 
 void DevWatchContainers::setOpen(bool open) {
     if (std::exchange(open_, open) == open) {
         return;
     }
+    std::erase_if(stops_,
+                  [this](const auto& entry) { return !entry.second.sending && !isFollowed(entry.second); });
     if (open) {
         return list();
     }
@@ -147,8 +146,6 @@ void DevWatchContainers::setOpen(bool open) {
     ++generation_;
     state_ = ListState::reading;
     entries_.clear();
-    std::erase_if(stops_,
-                  [this](const auto& entry) { return !entry.second.sending && !isFollowed(entry.second); });
     onChanged();
     arm();
 }
@@ -209,6 +206,9 @@ DevWatchContainers::Listing DevWatchContainers::look(const std::vector<Entry>& f
         return std::ranges::find(list, id, &FellowCore::DevWatchDockerContainer::id) != list.end();
     };
     for (const Entry& entry : followed) {
+        if (ending_) {
+            break; // each may take seconds, and nobody waits for the answer any more
+        }
         const std::string& id = entry.container.id;
         Presence& presence = listing.followed[id] = Presence::running;
         if (std::ranges::find(listing.entries, id, [](const Entry& e) { return e.container.id; }) !=
@@ -288,7 +288,7 @@ void DevWatchContainers::stop(const Entry& confirmed) {
         return;
     }
     stops_.insert_or_assign(
-        id, Stop{.entry = confirmed, .sentAt = {}, .note = words("Requesting container Stop…")});
+        id, Stop{.entry = confirmed, .sentAt = {}, .note = DhiruWords::words("Requesting container Stop…")});
     queue_.post([this, confirmed, generation = authorization_.current()] {
         const auto stillAuthorized = [&] { return authorization_.matches(generation); };
         Outcome outcome = Outcome::withdrawn;

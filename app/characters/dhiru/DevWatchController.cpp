@@ -40,6 +40,10 @@ DevWatchController::DevWatchController(DesktopServices& services)
     stops_.onChanged = [this] { update(); };
     stops_.onNotice = tell;
     stops_.onDelivered = [this](const DevWatchListener& stopped) {
+        // What was asked and then forced comes back once.
+        std::erase_if(relaunch_.stopped, [&stopped](const auto& earlier) {
+            return earlier.pid == stopped.process.identity.pid && earlier.port == stopped.port;
+        });
         relaunch_.recordStop(stopped, services_.system.clock().monotonic());
     };
     quits_.onChanged = [this] { update(); };

@@ -15,12 +15,8 @@ using FellowCore::DevWatchAppQuitAttempt;
 
 namespace {
 
-QString words(const char* text) {
-    return QCoreApplication::translate("Dhiru", text);
-}
-
 QString failed() {
-    return words("Could not quit this application");
+    return DhiruWords::words("Could not quit this application");
 }
 
 QString warning() {
@@ -54,14 +50,18 @@ void DevWatchQuits::closeWindows(const DevWatchApp& app, const DevWatchReader::W
     if (found == quits_.end() || found->second.stage != DevWatchStage::sending) {
         return; // he has left the desktop since
     }
+    // The window system may give a number anew: a window is closed only if it is still the one that was
+    // judged.
+    const DevWatchReader::Windows present = windows_.list();
     bool closing = false;
     for (const Platform::RunningApplication& window : windows) {
-        closing = windows_.close(window) || closing;
+        const bool isThere = std::ranges::find(present, window) != present.end();
+        closing = (isThere && windows_.close(window)) || closing;
     }
     Quit& quit = found->second;
     quit.attempt.requestedAt = clock_.monotonic();
     quit.stage = closing ? DevWatchStage::waiting : DevWatchStage::running;
-    quit.note = closing ? words("Asked to quit. Waiting for exit…") : failed();
+    quit.note = closing ? DhiruWords::words("Asked to quit. Waiting for exit…") : failed();
     onChanged();
     sampling_.reschedule();
 }

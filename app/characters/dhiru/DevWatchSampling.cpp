@@ -4,6 +4,11 @@
 
 namespace DeskSprites {
 
+namespace {
+/// He is drawn before anything is read, above all when the program starts.
+constexpr FellowCore::Seconds timeToAppear = 0.25;
+} // namespace
+
 DevWatchSampling::DevWatchSampling(const Platform::Clock& clock,
                                    std::unique_ptr<FellowCore::DevWatchOperations> processes)
     : clock_(clock), processes_(std::move(processes)), queue_("Deskfellow.Dhiru.processes") {
@@ -27,7 +32,9 @@ void DevWatchSampling::setActive(bool active) {
     timer_.stop();
     pending_ = false;
     afresh_ = true;
-    sampleNow();
+    if (active_) {
+        devWatchStart(timer_, timeToAppear);
+    }
 }
 
 void DevWatchSampling::sampleNow() {
@@ -65,7 +72,8 @@ void DevWatchSampling::finish(std::uint64_t generation, DevWatchReading reading)
 }
 
 void DevWatchSampling::reschedule() {
-    if (active_ && !reading_) {
+    // The first reading after becoming active keeps its own time.
+    if (active_ && !reading_ && !afresh_) {
         devWatchStart(timer_, nextDelay());
     }
 }

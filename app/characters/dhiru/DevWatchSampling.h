@@ -33,7 +33,7 @@ public:
     /// The windows behind which a reading looks for applications; nothing when it need not.
     std::function<std::optional<Windows>()> windows;
 
-    /// Reads at once on becoming active. A reading that is on its way on becoming inactive never arrives.
+    /// Reads soon after becoming active. A reading that is on its way on becoming inactive never arrives.
     void setActive(bool active);
     /// Reads now, or directly after the reading that runs.
     void sampleNow();

@@ -15,10 +15,6 @@ using FellowCore::DevWatchActivityState;
 
 namespace {
 
-QString words(const char* source) {
-    return QCoreApplication::translate("Dhiru", source);
-}
-
 /// A menu takes "&" for the mark of a key.
 QString inMenu(QString text) {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
@@ -93,7 +89,7 @@ void DhiruAbility::noticed(const QString& sentence) {
 
 void DhiruAbility::open(const QString& url) {
     if (!openUrl_(url)) {
-        noticed(words("No browser opened %1.").arg(url));
+        noticed(DhiruWords::words("No browser opened %1.").arg(url));
     }
 }
 
@@ -108,7 +104,7 @@ std::optional<QString> DhiruAbility::statusOverride() const {
 
 std::optional<QString> DhiruAbility::accessibilityValue() const {
     const QString status = DhiruWords::status(watch_.view());
-    return awake_.isHeld() ? words("%1. %2").arg(status, awake_.words()) : status;
+    return awake_.isHeld() ? DhiruWords::words("%1. %2").arg(status, awake_.words()) : status;
 }
 
 void DhiruAbility::togglePanel() {
@@ -127,7 +123,7 @@ void DhiruAbility::openPanel() {
         panelView_->fitInto(screen->visibleFrame.height);
     }
     if (!panel_->present(PanelOpening::replacesActions)) {
-        site_.tell(words("There is no room for the watch here. Move Dhiru a little."));
+        site_.tell(DhiruWords::words("There is no room for the watch here. Move Dhiru a little."));
         return;
     }
     watch_.setPanelOpen(true);
@@ -170,7 +166,7 @@ std::vector<FellowCore::Rect> DhiruAbility::attachmentWindows() const {
 QuickAction DhiruAbility::openAction() {
     QuickAction open;
     open.id = QStringLiteral("open");
-    open.title = isOpen() ? words("Close watch") : words("Open watch");
+    open.title = isOpen() ? DhiruWords::words("Close watch") : DhiruWords::words("Open watch");
     open.emphasis = Emphasis::primary;
     open.onPress = [this] { togglePanel(); };
     return open;
@@ -179,8 +175,8 @@ QuickAction DhiruAbility::openAction() {
 QuickAction DhiruAbility::browseAction() {
     QuickAction browse;
     browse.id = QStringLiteral("browse");
-    browse.title = words("Servers");
-    browse.help = words("Opens a server in your browser.");
+    browse.title = DhiruWords::words("Servers");
+    browse.help = DhiruWords::words("Opens a server in your browser.");
     browse.onPress = [this] { // a link has no place for a menu
         if (!isOpen()) {
             togglePanel();
@@ -193,12 +189,12 @@ QuickAction DhiruAbility::browseAction() {
                 const QString name = DhiruWords::clean(row.listener.process.name);
                 const QString url = DhiruWords::plain(*row.url);
                 const QAction* item =
-                    menu->addAction(inMenu(words("%1 :%2").arg(name).arg(row.listener.port)));
+                    menu->addAction(inMenu(DhiruWords::words("%1 :%2").arg(name).arg(row.listener.port)));
                 QObject::connect(item, &QAction::triggered, menu.get(), [this, url] { open(url); });
             }
         }
         if (menu->isEmpty()) {
-            menu->addAction(words("No servers"))->setEnabled(false);
+            menu->addAction(DhiruWords::words("No servers"))->setEnabled(false);
         }
         return menu;
     };
@@ -208,7 +204,7 @@ QuickAction DhiruAbility::browseAction() {
 QuickAction DhiruAbility::awakeAction() {
     QuickAction awake;
     awake.id = QStringLiteral("awake");
-    awake.title = awake_.isWanted() ? words("Let it sleep") : words("Keep awake");
+    awake.title = awake_.isWanted() ? DhiruWords::words("Let it sleep") : DhiruWords::words("Keep awake");
     awake.help = awake_.words();
     awake.onPress = [this] { awake_.setWanted(!awake_.isWanted()); };
     return awake;

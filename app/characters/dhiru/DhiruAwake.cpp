@@ -5,15 +5,15 @@
 namespace DeskSprites {
 
 namespace {
-constexpr int lookMilliseconds = 400;
-constexpr int mostLooks = 5;
+constexpr int patienceMilliseconds = 2000;
 } // namespace
 
 DhiruAwake::DhiruAwake(FellowCore::Preferences& preferences, Make make)
     : preferences_(preferences), make_(std::move(make)),
       wanted_(preferences.boolean(preferenceKey).value_or(false)) {
-    look_.setInterval(lookMilliseconds);
-    connect(&look_, &QTimer::timeout, this, &DhiruAwake::look);
+    patience_.setSingleShot(true);
+    patience_.setInterval(patienceMilliseconds);
+    connect(&patience_, &QTimer::timeout, this, &DhiruAwake::changed);
 }
 
 DhiruAwake::~DhiruAwake() = default;
@@ -38,29 +38,32 @@ void DhiruAwake::update() {
     if (holds == (hold_ != nullptr)) {
         return;
     }
-    looks_ = 0;
-    if (holds) {
-        hold_ = make_();
-        look_.start();
-    } else {
+    if (!holds) {
         hold_.reset();
-        look_.stop();
+        patience_.stop();
+        return;
+    }
+    hold_ = make_();
+    hold_->onChanged = [this] { holdChanged(); };
+    if (!isHeld()) {
+        patience_.start();
     }
 }
 
-void DhiruAwake::look() {
-    ++looks_;
-    if (isHeld() || looks_ == mostLooks) {
-        look_.stop();
-        Q_EMIT changed();
+void DhiruAwake::holdChanged() {
+    if (isHeld()) {
+        patience_.stop();
+    } else {
+        patience_.start(); // a service that restarts is asked again
     }
+    Q_EMIT changed();
 }
 
 QString DhiruAwake::words() const {
     if (isHeld()) {
         return tr("Keeping awake");
     }
-    return hold_ && looks_ == mostLooks ? tr("This session cannot be kept awake.") : QString();
+    return hold_ && !patience_.isActive() ? tr("This session cannot be kept awake.") : QString();
 }
 
 } // namespace DeskSprites

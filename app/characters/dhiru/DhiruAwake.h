@@ -36,13 +36,12 @@ Q_SIGNALS:
 
 private:
     void update();
-    void look();
+    void holdChanged();
 
     FellowCore::Preferences& preferences_;
     Make make_;
     std::unique_ptr<Platform::KeepAwake> hold_; ///< while wanted and Dhiru is there
-    QTimer look_; ///< runs for a moment after asking, because the answers come later
-    int looks_ = 0;
+    QTimer patience_; ///< runs after asking and after a loss, because answers come later
     bool wanted_;
     bool active_ = false;
 };

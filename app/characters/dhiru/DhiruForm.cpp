@@ -45,7 +45,7 @@ FormSection* DhiruForm::makeReading(const FellowCore::SupportFolders& folders) {
         folders.home().string(), runtime ? std::optional(runtime->string()) : std::nullopt);
     QStringList places;
     for (const std::string& socket : sockets) {
-        places << QString::fromStdString(socket);
+        places << QString::fromStdString(folders.shortened(socket));
     }
     say(places.join(QLatin1Char('\n')), TextStyle::help);
     return section;

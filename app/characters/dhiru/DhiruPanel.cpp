@@ -202,7 +202,9 @@ void DhiruPanel::act(const QString& key, DhiruAct pressed) {
     told_.clear();
     showHeadline();
     if (pressed == DhiruAct::open) {
-        onOpenUrl(urlOf(watch_.view(), key));
+        if (const QString url = urlOf(watch_.view(), key); !url.isEmpty()) {
+            onOpenUrl(url);
+        }
     } else if (pressed == DhiruAct::withdraw) {
         watch_.withdraw();
     } else if (const auto question = dhiruQuestion(watch_, key, pressed)) {

@@ -16,10 +16,6 @@ using FellowCore::DevWatchProcessConfirmation;
 
 namespace {
 
-QString words(const char* source) {
-    return QCoreApplication::translate("Dhiru", source);
-}
-
 template <class Row>
 const Row* rowOf(const std::vector<Row>& rows, const QString& key) {
     const auto found =
@@ -28,7 +24,7 @@ const Row* rowOf(const std::vector<Row>& rows, const QString& key) {
 }
 
 QString goneWords(const QString& name) {
-    return words("%1 has gone. There is nothing to stop.").arg(name);
+    return DhiruWords::words("%1 has gone. There is nothing to stop.").arg(name);
 }
 
 DhiruQuestion serverQuestion(DevWatchController& controller, const DevWatchServerRow& row, DhiruAct act) {
@@ -36,11 +32,12 @@ DhiruQuestion serverQuestion(DevWatchController& controller, const DevWatchServe
     const QString name = clean(confirmed.name());
     const bool isForced = act == DhiruAct::force;
     DhiruQuestion question{.key = DhiruSections::key(row), .act = act};
-    question.title = isForced ? words("Force %1 to end?").arg(name) : words("Stop %1?").arg(name);
+    question.title =
+        isForced ? DhiruWords::words("Force %1 to end?").arg(name) : DhiruWords::words("Stop %1?").arg(name);
     question.details = plain(confirmed.displayDetails());
-    question.body = isForced ? words("It ends at once and gets no chance to tidy up.")
-                             : words("It is asked to end, and may finish what it is doing.");
-    question.answer = isForced ? words("Force") : words("Stop");
+    question.body = isForced ? DhiruWords::words("It ends at once and gets no chance to tidy up.")
+                             : DhiruWords::words("It is asked to end, and may finish what it is doing.");
+    question.answer = isForced ? DhiruWords::words("Force") : DhiruWords::words("Stop");
     question.gone = goneWords(name);
     question.onAnswer = [&controller, confirmed, isForced] {
         isForced ? controller.force(confirmed) : controller.stop(confirmed);
@@ -53,11 +50,13 @@ DhiruQuestion appQuestion(DevWatchController& controller, const DevWatchAppRow& 
     const QString name = clean(app.name);
     const bool isForced = act == DhiruAct::forceQuit;
     DhiruQuestion question{.key = DhiruSections::key(row), .act = act};
-    question.title = isForced ? words("Force %1 to quit?").arg(name) : words("Quit %1?").arg(name);
-    question.details = words("PID %1 · %2").arg(app.identity.pid).arg(clean(app.bundlePath));
-    question.body = isForced ? plain(FellowCore::DevWatchPresentation::quitWarning)
-                             : words("Its windows are closed as you would close them. It may ask to save.");
-    question.answer = isForced ? words("Force quit") : words("Quit");
+    question.title =
+        isForced ? DhiruWords::words("Force %1 to quit?").arg(name) : DhiruWords::words("Quit %1?").arg(name);
+    question.details = DhiruWords::words("PID %1 · %2").arg(app.identity.pid).arg(clean(app.bundlePath));
+    question.body =
+        isForced ? plain(FellowCore::DevWatchPresentation::quitWarning)
+                 : DhiruWords::words("Its windows are closed as you would close them. It may ask to save.");
+    question.answer = isForced ? DhiruWords::words("Force quit") : DhiruWords::words("Quit");
     question.gone = goneWords(name);
     question.onAnswer = [&controller, app, isForced] {
         isForced ? controller.forceQuit(app) : controller.quit(app);
@@ -74,15 +73,16 @@ DhiruQuestion containerQuestion(DevWatchController& controller, const DevWatchCo
         ports.push_back(QString::number(port));
     }
     DhiruQuestion question{.key = DhiruSections::key(row), .act = DhiruAct::stopContainer};
-    question.title = words("Stop the container %1?").arg(name);
-    question.details =
-        words("%1 · id %2").arg(clean(container.image), QString::fromStdString(container.id.substr(0, 12)));
+    question.title = DhiruWords::words("Stop the container %1?").arg(name);
+    question.details = DhiruWords::words("%1 · id %2")
+                           .arg(clean(container.image), QString::fromStdString(container.id.substr(0, 12)));
     if (!ports.isEmpty()) {
-        question.details += words(" · ports %1").arg(ports.join(QStringLiteral(", ")));
+        question.details += DhiruWords::words(" · ports %1").arg(ports.join(QStringLiteral(", ")));
     }
-    question.body = words("It is asked to end, and takes the time it needs. Dhiru never kills a container.");
-    question.answer = words("Stop");
-    question.gone = words("%1 is not in the list any more.").arg(name);
+    question.body =
+        DhiruWords::words("It is asked to end, and takes the time it needs. Dhiru never kills a container.");
+    question.answer = DhiruWords::words("Stop");
+    question.gone = DhiruWords::words("%1 is not in the list any more.").arg(name);
     question.onAnswer = [&controller, entry] { controller.stopContainer(entry); };
     return question;
 }
@@ -125,9 +125,7 @@ QString urlOf(const DevWatchView& view, const QString& key) {
         return plain(server->url.value_or(""));
     }
     const DevWatchContainerRow* container = rowOf(view.containers, key);
-    return container && !container->entry.container.ports.empty()
-               ? QStringLiteral("http://localhost:%1").arg(container->entry.container.ports.front())
-               : QString();
+    return container ? plain(DhiruSections::url(*container).value_or("")) : QString();
 }
 
 } // namespace DeskSprites

@@ -21,16 +21,12 @@ using FellowCore::DevWatchProcessListState;
 
 namespace {
 
-QString words(const char* source) {
-    return QCoreApplication::translate("Dhiru", source);
-}
-
 QString identityKey(const DevWatchProcessIdentity& identity) {
     return QStringLiteral("%1/%2").arg(identity.pid).arg(identity.startedAtMicroseconds);
 }
 
 QString pidWords(const DevWatchProcess& process) {
-    return words("PID %1").arg(process.identity.pid);
+    return DhiruWords::words("PID %1").arg(process.identity.pid);
 }
 
 QString projectOf(const DevWatchProcess& process, const Asked& asked) {
@@ -50,7 +46,7 @@ QString spoken(QStringList parts) {
 }
 
 QString useWords(const std::optional<double>& cpuPercent) {
-    return cpuPercent ? words("CPU %1").arg(percent(*cpuPercent)) : QString();
+    return cpuPercent ? DhiruWords::words("CPU %1").arg(percent(*cpuPercent)) : QString();
 }
 
 void addAct(DhiruLine& line, DevWatchStage stage, DhiruAct polite, DhiruAct forced) {
@@ -84,9 +80,10 @@ std::optional<DhiruLine> line(const DevWatchServerRow& row, const DhiruFilter& f
     line.note = noteOf(row.note, row.refusal);
     line.isNews = !row.note.isEmpty();
     line.lamp = row.hog ? DhiruLamp::alarm : row.quiet ? DhiruLamp::quiet : DhiruLamp::lit;
-    line.called = words("%1, port %2").arg(name, port);
-    line.spoken = spoken({line.called, project.isEmpty() ? QString() : words("project %1").arg(project), meta,
-                          kind, useWords(row.cpuPercent)});
+    line.called = DhiruWords::words("%1, port %2").arg(name, port);
+    line.spoken =
+        spoken({line.called, project.isEmpty() ? QString() : DhiruWords::words("project %1").arg(project),
+                meta, kind, useWords(row.cpuPercent)});
     if (row.url) {
         line.acts.push_back(DhiruAct::open);
     }
@@ -103,14 +100,14 @@ std::optional<DhiruLine> line(const DevWatchProcessRow& row, const DhiruFilter& 
         return std::nullopt;
     }
     const QString kind = plain(FellowCore::DevWatchPresentation::title(row.kind));
-    const QString hog = row.hog ? words("high for two minutes") : QString();
+    const QString hog = row.hog ? DhiruWords::words("high for two minutes") : QString();
     DhiruLine line{.key = key(row), .title = name};
     line.aside = project;
     line.detail = dotted({hog, kind, pidWords(row.process)});
     line.value = percent(row.cpuPercent);
     line.lamp = row.hog ? DhiruLamp::alarm : DhiruLamp::quiet;
     line.spoken = spoken({name, kind, useWords(row.cpuPercent), hog,
-                          project.isEmpty() ? QString() : words("project %1").arg(project)});
+                          project.isEmpty() ? QString() : DhiruWords::words("project %1").arg(project)});
     return line;
 }
 
@@ -121,7 +118,7 @@ std::optional<DhiruLine> line(const DevWatchAppRow& row, const DhiruFilter& filt
         return std::nullopt;
     }
     DhiruLine line{.key = key(row), .title = name};
-    line.detail = dotted({words("PID %1").arg(pid), useWords(row.cpuPercent)});
+    line.detail = dotted({DhiruWords::words("PID %1").arg(pid), useWords(row.cpuPercent)});
     line.note = noteOf(row.note, row.refusal);
     line.isNews = !row.note.isEmpty();
     line.called = name;
@@ -160,10 +157,11 @@ std::optional<DhiruLine> line(const DevWatchContainerRow& row, const DhiruFilter
     line.isNews = !row.note.isEmpty();
     line.lamp = DhiruLamp::lit;
     line.called = name;
-    line.spoken = spoken({name, words("image %1").arg(image),
-                          ports.isEmpty() ? QString() : words("ports %1").arg(ports),
-                          project.isEmpty() ? words("no project") : words("project %1").arg(project)});
-    if (!container.ports.empty()) {
+    line.spoken = spoken(
+        {name, DhiruWords::words("image %1").arg(image),
+         ports.isEmpty() ? QString() : DhiruWords::words("ports %1").arg(ports),
+         project.isEmpty() ? DhiruWords::words("no project") : DhiruWords::words("project %1").arg(project)});
+    if (url(row)) {
         line.acts.push_back(DhiruAct::open);
     }
     if (row.stage == DevWatchStage::running) {
@@ -193,7 +191,7 @@ DhiruLines containerLines(const DevWatchView& view, const DhiruFilter& filter) {
             const std::string folder = row.entry.container.projectDirectory.value_or("");
             if (group != folder) {
                 const QString project = projectOf(row);
-                shown->heading = project.isEmpty() ? words("No project") : project;
+                shown->heading = project.isEmpty() ? DhiruWords::words("No project") : project;
                 group = folder;
             }
             made.lines.push_back(std::move(*shown));
@@ -218,13 +216,13 @@ void keepTop(DhiruLines& made) {
         return;
     }
     made.lines.resize(mostProcesses);
-    made.words = words("The busiest %1 of %2. The filter finds the others.")
+    made.words = DhiruWords::words("The busiest %1 of %2. The filter finds the others.")
                      .arg(QLocale().toString(mostProcesses), QLocale().toString(made.count));
 }
 
 QString emptyWords(DhiruSection section, const DevWatchView& view, const DhiruFilter& filter) {
     if (section == DhiruSection::containers) {
-        return !view.containers.empty() ? words("Nothing matches") : view.containersNote;
+        return !view.containers.empty() ? DhiruWords::words("Nothing matches") : view.containersNote;
     }
     // Use is known from the second reading on.
     const bool isEarly = section == DhiruSection::processes && !view.systemCPUPercent;
@@ -234,7 +232,7 @@ QString emptyWords(DhiruSection section, const DevWatchView& view, const DhiruFi
     const bool hasRows = section == DhiruSection::servers     ? !view.servers.empty()
                          : section == DhiruSection::processes ? !view.processes.empty()
                                                               : !view.applications.empty();
-    return hasRows && !filter.isEmpty() ? words("Nothing matches") : plain(emptyTitle(view.list));
+    return hasRows && !filter.isEmpty() ? DhiruWords::words("Nothing matches") : plain(emptyTitle(view.list));
 }
 
 } // namespace
@@ -257,18 +255,27 @@ QString key(const DevWatchContainerRow& row) {
     return containerPrefix + QString::fromStdString(row.entry.container.id);
 }
 
+std::optional<std::string> url(const DevWatchContainerRow& row) {
+    for (const std::uint16_t port : row.entry.container.ports) {
+        if (auto found = FellowCore::DevWatchKind::httpURL(port)) {
+            return found;
+        }
+    }
+    return std::nullopt;
+}
+
 QString title(DhiruSection section) {
     switch (section) {
     case DhiruSection::servers:
-        return words("Servers");
+        return DhiruWords::words("Servers");
     case DhiruSection::processes:
-        return words("Processes");
+        return DhiruWords::words("Processes");
     case DhiruSection::applications:
-        return words("Applications");
+        return DhiruWords::words("Applications");
     case DhiruSection::containers:
         break;
     }
-    return words("Containers");
+    return DhiruWords::words("Containers");
 }
 
 DhiruLines lines(DhiruSection section, const DevWatchView& view, const Asked& asked) {

@@ -5,6 +5,7 @@
 #include "core/base/Instant.h"
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace DeskSprites {
@@ -27,8 +28,12 @@ struct Asked {
     std::string home; ///< which is nobody's project
 };
 
+/// What a list shows of the reading: those that match the filter, or why there are none.
 DhiruLines lines(DhiruSection section, const DevWatchView& view, const Asked& asked);
+/// The words on a list's tab.
 QString title(DhiruSection section);
+/// Where a browser finds a container: at its first port that no database uses; nothing without one.
+std::optional<std::string> url(const DevWatchContainerRow& row);
 
 /// What the keys of containers begin with.
 inline constexpr QLatin1String containerPrefix{"container/"};

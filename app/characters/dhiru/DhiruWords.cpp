@@ -13,10 +13,6 @@ using FellowCore::DevWatchProcessListState;
 
 namespace {
 
-QString words(const char* source) {
-    return QCoreApplication::translate("Dhiru", source);
-}
-
 QString serverCount(const DevWatchView& view) {
     if (view.list != DevWatchProcessListState::available) {
         return plain(emptyTitle(view.list));
@@ -29,6 +25,10 @@ QString serverCount(const DevWatchView& view) {
 }
 
 } // namespace
+
+QString words(const char* source) {
+    return QCoreApplication::translate("Dhiru", source);
+}
 
 QString clean(std::string_view text) {
     return QString::fromStdString(FellowCore::trimmed(FellowCore::singleLine(text)));

@@ -8,6 +8,8 @@
 
 namespace DeskSprites::DhiruWords {
 
+/// A text of Dhiru's own in the user's language.
+QString words(const char* source);
 /// Text of the system's, made one clean line.
 QString clean(std::string_view text);
 /// A sentence of the core's.

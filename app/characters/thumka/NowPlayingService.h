@@ -14,7 +14,7 @@ class NowPlayingService : public QObject {
 public:
     /// `program` is where the media helper is installed.
     explicit NowPlayingService(QString program, NowPlayingPatience patience = {});
-    /// Waits for the helper to end, a second at most.
+    /// Waits for the helper to end, a second and a half at most.
     ~NowPlayingService() override;
 
     /// Starts the helper, or lets it end and forgets what played.
@@ -24,6 +24,7 @@ public:
     bool isAvailable() const { return news_.following == NowPlayingNews::Following::works; }
     /// What was last heard; nothing while it is not followed.
     const NowPlayingNews& news() const { return news_; }
+    /// Tells the shown player something; nothing while it is not followed.
     void send(FellowCore::NowPlayingCommand command);
 
 Q_SIGNALS:

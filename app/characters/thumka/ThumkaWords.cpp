@@ -23,17 +23,8 @@ QString words(const char* source) {
     return QCoreApplication::translate("Thumka", source);
 }
 
-/// The first bytes of a text, without half a code point at the end.
-std::string_view bytePrefix(std::string_view text) {
-    std::size_t end = std::min(text.size(), mostBytes);
-    while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
-        --end;
-    }
-    return text.substr(0, end);
-}
-
 QString clean(std::string_view text, std::size_t most) {
-    const std::string_view beginning = bytePrefix(text);
+    const std::string_view beginning = FellowCore::bytePrefix(text, mostBytes);
     const std::string whole = FellowCore::trimmed(FellowCore::singleLine(beginning));
     const std::string shown = FellowCore::characterPrefix(whole, most);
     const bool isWhole = shown.size() == whole.size() && beginning.size() == text.size();

@@ -36,5 +36,12 @@ TEST(SupportFolders, FollowTheEnvironmentEachOnItsOwn) {
     EXPECT_EQ(folders.runtime(), "/run/user/7");
 }
 
+TEST(SupportFolders, AreReadWithTheHomeShortened) {
+    const SupportFolders folders({.home = "/home/u"});
+    EXPECT_EQ(folders.shortened("/home/u/.docker/run"), "~/.docker/run");
+    EXPECT_EQ(folders.shortened("/home/user/x"), "/home/user/x") << "somebody else's";
+    EXPECT_EQ(folders.shortened("/run/user/7"), "/run/user/7");
+}
+
 } // namespace
 } // namespace FellowCore

@@ -35,6 +35,10 @@ TEST(Text, PrefixNeverCutsACharacter) {
     EXPECT_EQ(characterPrefix(family + "abc", 1), family);
     EXPECT_EQ(characterPrefix(family + "abc", 2), family + "a");
     EXPECT_EQ(characterPrefix(family, 0), "");
+    EXPECT_EQ(bytePrefix("a\u20AC", 3), "a") << "half a code point";
+    EXPECT_EQ(bytePrefix("a\u20AC", 4), "a\u20AC");
+    EXPECT_EQ(bytePrefix("\x80\x80\x80\x80\x80", 4).size(), 1U) << "no text at all, but still short";
+    EXPECT_EQ(bytePrefix("\x80\x80", 0), "");
 }
 
 TEST(Text, TrimsEveryKindOfWhiteSpaceAndNothingElse) {

@@ -1,4 +1,4 @@
-#include "cli/PumpOptions.h"
+#include "cli/MomentOptions.h"
 
 #include "core/base/Json.h"
 
@@ -51,7 +51,7 @@ std::optional<std::string> takeValue(Arguments& rest) {
     return value;
 }
 
-void readOption(PumpOptions& options, Arguments& rest) {
+void readOption(MomentOptions& options, Arguments& rest) {
     const std::string name(rest.front().substr(0, rest.front().find('=')));
     if (rest.front() == "--json") {
         options.json = true;
@@ -79,8 +79,8 @@ void readOption(PumpOptions& options, Arguments& rest) {
 
 } // namespace
 
-PumpOptions readPumpOptions(Arguments arguments) {
-    PumpOptions options;
+MomentOptions readMomentOptions(Arguments arguments) {
+    MomentOptions options;
     options.folders = ownFolders();
     options.at = clockTime();
     while (!arguments.empty() && !options.complaint) {

@@ -10,7 +10,7 @@
 namespace Fellow {
 
 /// What a `fellow usage`, `fellow sessions` or `fellow clocks` command line says.
-struct PumpOptions {
+struct MomentOptions {
     std::optional<FellowCore::SupportFolders> folders = {}; ///< absent only with a complaint
     FellowCore::Instant at = {};                            ///< the moment that counts as now
     bool isOtherMoment = false;                             ///< it was said, and is not the clock's
@@ -20,6 +20,6 @@ struct PumpOptions {
 
 /// Reads --json, --home and --at, the latter two with the value as the next word or behind "=". What is not
 /// said comes from the environment and the clock.
-PumpOptions readPumpOptions(Arguments arguments);
+MomentOptions readMomentOptions(Arguments arguments);
 
 } // namespace Fellow
