@@ -231,7 +231,9 @@ TEST(SnakeGameWindow, KeepsItsPaceAndTakesEveryChangeOfItAtOnce) {
 
 TEST(SnakeGameWindow, TheBackdropIsAsDarkAsTheSettingSays) {
     Testing::OtherProgram other;
-    other.openWindow({0, 0, 1600, 1000}, Qt::white);
+    const auto behind = other.openWindow({0, 0, 1600, 1000}, Qt::white);
+    // One that gets the keyboard late would pause the game, which dims it too.
+    ASSERT_TRUE(waitUntil([&] { return other.activeWindow() == behind; }));
     SnakeDesk desk;
     desk.store().setBackdropDim(0);
     ASSERT_TRUE(desk.play());
