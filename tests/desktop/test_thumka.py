@@ -114,9 +114,11 @@ def screen_saver(active):
 def test_she_keeps_still_behind_a_locked_screen(desk, thumka, player):
     thumka.wait_until_she_says("Raindrops")
     screen_saver("true")
-    wait_for("the title going", lambda: not desk.character("Raindrops"), 1)
+    wait_for("the title going", lambda: not desk.character("Raindrops"), 2)
     player.ask("playlist-next")
     thumka.wait_until_she_says("Sunrise")
+    # News may still come in, each with the pose of its moment; after that she stands.
+    wait_for("the last of the news", lambda: thumka.poses(0.8) == 1)
     assert thumka.poses() == 1
     assert not desk.character("Sunrise")
     screen_saver("false")
