@@ -191,7 +191,8 @@ void AppController::openLibrary(const std::optional<std::string>& pane) {
 }
 
 void AppController::quit() {
-    QApplication::quit();
+    // The toolkit's `quit` asks every window first, and stays when one of them is just being closed.
+    QApplication::exit();
 }
 
 void AppController::willSleep() {

@@ -63,7 +63,7 @@ int runDesktop(QApplication& application, const DeskSprites::CommandLine& comman
     }
     const std::unique_ptr<Platform::System> system = Platform::makeSystem();
     DeskSprites::AppController controller(*system, around);
-    const Platform::TerminationSignals signals([] { QApplication::quit(); });
+    const Platform::TerminationSignals signals([&controller] { controller.quit(); });
     QObject::connect(&application, &QApplication::aboutToQuit, &application,
                      [&controller] { controller.applicationWillTerminate(); });
     controller.applicationDidFinishLaunching(commandLine.forwarded);
