@@ -6,22 +6,16 @@
 #include "core/agents/PumpAgentTarget.h"
 #include "core/agents/PumpHookInput.h"
 #include "core/base/Json.h"
+#include "fuzz/Require.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace FellowCore;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // What must hold of every event, whatever line it came from.
 void requireSane(const PumpAgentEvent& event) {

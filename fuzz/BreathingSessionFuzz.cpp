@@ -1,8 +1,8 @@
 #include "core/base/Json.h"
 #include "core/breathing/BreathingSessionStore.h"
+#include "fuzz/Require.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace FellowCore;
@@ -10,12 +10,6 @@ using namespace FellowCore;
 namespace {
 
 constexpr Instant now{800000000};
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // What must hold of every session that came from a file, whatever the file held.
 void requireSane(const BreathingSession& session, Instant at) {

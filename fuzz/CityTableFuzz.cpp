@@ -1,23 +1,13 @@
 #include "core/worldclock/WorldClockCatalog.h"
+#include "fuzz/Require.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
 using namespace FellowCore;
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
-
-} // namespace
 
 // A query, a line's end, and a table.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

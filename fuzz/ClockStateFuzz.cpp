@@ -2,9 +2,9 @@
 #include "core/base/MemoryPreferences.h"
 #include "core/worldclock/WorldClockPresentation.h"
 #include "core/worldclock/WorldClockStore.h"
+#include "fuzz/Require.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <set>
 #include <string_view>
 
@@ -20,12 +20,6 @@ constexpr std::string_view table = "Tokyo\t\tTokyo\tJapan\tAsia/Tokyo\t8337\tTYO
                                    "Lima\t\tLima\tPeru\tAmerica/Lima\t7737\t\n"
                                    "Kolkata\t\tWest Bengal\tIndia\tAsia/Kolkata\t4631\tCalcutta\n"
                                    "Paris\t\tIle-de-France\tFrance\tEurope/Paris\t2138\tPAR\n";
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // What must hold of every state that was loaded, whatever was stored.
 void requireSane(const WorldClockState& state, const WorldClockCatalog& catalog) {

@@ -1,10 +1,10 @@
 #include "core/base/Text.h"
 #include "core/containers/DevWatchDockerClient.h"
 #include "core/containers/DevWatchDockerFailure.h"
+#include "fuzz/Require.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <set>
 #include <string>
 #include <string_view>
@@ -12,12 +12,6 @@
 using namespace FellowCore;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // No text from outside may break its line or turn it around.
 void requireShowable(const std::string& text) {

@@ -1,9 +1,9 @@
 #include "core/base/Json.h"
 #include "core/focus/FocusTimerStore.h"
+#include "fuzz/Require.h"
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace FellowCore;
@@ -11,12 +11,6 @@ using namespace FellowCore;
 namespace {
 
 constexpr Instant now{800000000};
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // What must hold of every timer that came from a file, whatever the file held.
 void requireSane(const FocusTimer& timer, Instant at) {

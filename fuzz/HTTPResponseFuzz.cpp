@@ -1,5 +1,6 @@
 #include "core/containers/DevWatchHTTP.h"
 #include "core/containers/DevWatchHTTPFailure.h"
+#include "fuzz/Require.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,12 +14,6 @@ using namespace FellowCore;
 namespace {
 
 constexpr std::size_t limit = 4096;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // Whatever came is an answer within its bounds or a refusal.
 void parseAnything(std::string_view bytes) {

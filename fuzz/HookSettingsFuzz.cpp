@@ -2,22 +2,16 @@
 #include "core/agents/PumpHookSettings.h"
 #include "core/agents/SettingsBackup.h"
 #include "core/base/Json.h"
+#include "fuzz/Require.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace FellowCore;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 constexpr std::string_view command = "'/pump/hook.sh'";
 

@@ -1,21 +1,15 @@
 #include "core/base/Json.h"
 #include "core/ledger/MunshiLine.h"
 #include "core/ledger/MunshiStore.h"
+#include "fuzz/Require.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <set>
 #include <string_view>
 
 using namespace FellowCore;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // What must hold of every ledger that came from a file, whatever the file held, and of what is made of it.
 void requireSane(const MunshiLedger& ledger) {

@@ -2,23 +2,17 @@
 #include "core/nowplaying/NowPlayingLines.h"
 #include "core/nowplaying/NowPlayingParser.h"
 #include "core/nowplaying/NowPlayingState.h"
+#include "fuzz/Require.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace FellowCore;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 /// A line that fails changes nothing, one that does not leaves a state that can be shown.
 void take(NowPlayingParser& parser, NowPlayingState& state, const std::string& line, MonotonicInstant at) {

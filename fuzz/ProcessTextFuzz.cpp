@@ -1,22 +1,12 @@
+#include "fuzz/Require.h"
 #include "platform/linux/process/ProcText.h"
 #include "platform/linux/process/SocketDiagnostics.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string_view>
 
 using namespace Platform;
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
-
-} // namespace
 
 /// Whatever the kernel's texts and messages hold, they are read within their bounds and make sense or
 /// nothing.

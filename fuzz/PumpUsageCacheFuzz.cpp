@@ -1,20 +1,14 @@
 #include "core/base/Json.h"
 #include "core/pump/PumpUsageCache.h"
 #include "core/pump/PumpUsageEstimate.h"
+#include "fuzz/Require.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 using namespace FellowCore;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 /// Dates are written in decimal, so that what was read and written once stays as it is.
 void requireStable(const PumpUsageCache& cache) {

@@ -1,20 +1,14 @@
 #include "core/pump/PumpUsageStream.h"
+#include "fuzz/Require.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 using FellowCore::PumpUsageJSON::Stream;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 bool isWhole(Stream stream) {
     stream.finishNumber();

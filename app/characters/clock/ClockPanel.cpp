@@ -6,6 +6,7 @@
 #include "app/characters/clock/ClockSearch.h"
 #include "app/characters/clock/ClockTravelBar.h"
 #include "app/desktop/PanelControls.h"
+#include "app/desktop/PanelHeaderButton.h"
 #include "app/desktop/PanelMessage.h"
 #include "platform/BubbleWindow.h"
 
@@ -27,16 +28,6 @@ constexpr int linesAcross = 20; // how many lines of text high the panel is wide
 constexpr int linesDown = 24;
 constexpr int leastHeight = 240;
 constexpr int roomAround = 64; // padding of the bubble and clear points on the screen, above and below
-constexpr int iconSide = 24;
-
-PanelButton* headerButton(const QString& title, PixelIcon icon, QWidget* parent) {
-    auto* button = new PanelButton(PanelButton::Shape::icon, parent);
-    button->setTitle(title);
-    button->setPixelIcon(icon);
-    button->setEmphasis(Emphasis::quiet);
-    button->setFixedSize(iconSide, iconSide);
-    return button;
-}
 
 } // namespace
 
@@ -82,8 +73,8 @@ QWidget* ClockPanel::makeHeader() {
     title_ = new PanelText(TextRole::title, header);
     title_->setText(tr("Clocks"));
     title_->setIndent(PanelMetrics::unit);
-    settings_ = headerButton(tr("Settings"), PixelIcon::settings, header);
-    close_ = headerButton(tr("Close"), PixelIcon::close, header);
+    settings_ = panelHeaderButton(tr("Settings"), PixelIcon::settings, header);
+    close_ = panelHeaderButton(tr("Close"), PixelIcon::close, header);
     line->addWidget(title_, 1);
     line->addWidget(settings_);
     line->addWidget(close_);

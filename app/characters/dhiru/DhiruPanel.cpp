@@ -7,6 +7,7 @@
 #include "app/characters/dhiru/DhiruQuestionSheet.h"
 #include "app/characters/dhiru/DhiruWords.h"
 #include "app/desktop/PanelControls.h"
+#include "app/desktop/PanelHeaderButton.h"
 #include "app/desktop/PanelTabs.h"
 #include "platform/BubbleWindow.h"
 
@@ -28,16 +29,6 @@ constexpr int mostWidth = 560;
 constexpr int usualHeight = 456;
 constexpr int leastHeight = 280;
 constexpr int roomAround = 64; // padding of the bubble and clear points on the screen, above and below
-constexpr int iconSide = 24;
-
-PanelButton* headerButton(const QString& title, PixelIcon icon, QWidget* parent) {
-    auto* button = new PanelButton(PanelButton::Shape::icon, parent);
-    button->setTitle(title);
-    button->setPixelIcon(icon);
-    button->setEmphasis(Emphasis::quiet);
-    button->setFixedSize(iconSide, iconSide);
-    return button;
-}
 
 } // namespace
 
@@ -75,8 +66,8 @@ QWidget* DhiruPanel::makeHeader() {
     title_ = new PanelText(TextRole::title, header);
     title_->setText(tr("Dev watch"));
     headline_ = new PanelText(TextRole::quiet, header);
-    refresh_ = headerButton(tr("Look again now"), PixelIcon::reset, header);
-    close_ = headerButton(tr("Close"), PixelIcon::close, header);
+    refresh_ = panelHeaderButton(tr("Look again now"), PixelIcon::reset, header);
+    close_ = panelHeaderButton(tr("Close"), PixelIcon::close, header);
     line->addWidget(title_, 1);
     line->addWidget(refresh_);
     line->addWidget(close_);

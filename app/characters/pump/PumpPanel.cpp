@@ -7,6 +7,7 @@
 #include "app/characters/pump/PumpSessionRow.h"
 #include "app/characters/pump/PumpUsageService.h"
 #include "app/desktop/PanelControls.h"
+#include "app/desktop/PanelHeaderButton.h"
 #include "app/desktop/PixelFrame.h"
 #include "platform/BubbleWindow.h"
 
@@ -18,16 +19,6 @@ namespace DeskSprites {
 namespace {
 
 constexpr int insideWidth = 336;
-constexpr int iconSide = 24;
-
-PanelButton* headerButton(const QString& title, PixelIcon icon, QWidget* parent) {
-    auto* button = new PanelButton(PanelButton::Shape::icon, parent);
-    button->setTitle(title);
-    button->setPixelIcon(icon);
-    button->setEmphasis(Emphasis::quiet);
-    button->setFixedSize(iconSide, iconSide);
-    return button;
-}
 
 QWidget* rule(QWidget* parent) {
     auto* line = new QWidget(parent);
@@ -88,8 +79,8 @@ QWidget* PumpPanel::makeHeader() {
     title_ = new PanelText(TextRole::title, header);
     title_->setText(tr("Agent usage"));
     nearest_ = new PanelText(TextRole::quiet, header);
-    refresh_ = headerButton(tr("Refresh usage now"), PixelIcon::reset, header);
-    close_ = headerButton(tr("Close"), PixelIcon::close, header);
+    refresh_ = panelHeaderButton(tr("Refresh usage now"), PixelIcon::reset, header);
+    close_ = panelHeaderButton(tr("Close"), PixelIcon::close, header);
     line->addWidget(title_, 1);
     line->addWidget(refresh_);
     line->addWidget(close_);

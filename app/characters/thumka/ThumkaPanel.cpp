@@ -4,6 +4,7 @@
 #include "app/characters/thumka/ThumkaCover.h"
 #include "app/desktop/ElidedLines.h"
 #include "app/desktop/PanelControls.h"
+#include "app/desktop/PanelHeaderButton.h"
 #include "platform/BubbleWindow.h"
 
 #include <QHBoxLayout>
@@ -19,7 +20,6 @@ namespace {
 constexpr int unit = PanelMetrics::unit;
 constexpr int insideWidth = 320;
 constexpr int textWidth = insideWidth - ThumkaCover::side - 2 * unit;
-constexpr int closeSide = 24;
 constexpr int skipWidth = 6 * unit;
 
 /// Shows a text in so many lines at most, and all of it to who does not see it.
@@ -57,11 +57,7 @@ QWidget* ThumkaPanel::makeHeader() {
     line->setContentsMargins(0, 0, 0, 0);
     heading_ = new PanelText(TextRole::title, header);
     heading_->setText(tr("Now playing"));
-    close_ = new PanelButton(PanelButton::Shape::icon, header);
-    close_->setTitle(tr("Close"));
-    close_->setPixelIcon(PixelIcon::close);
-    close_->setEmphasis(Emphasis::quiet);
-    close_->setFixedSize(closeSide, closeSide);
+    close_ = panelHeaderButton(tr("Close"), PixelIcon::close, header);
     connect(close_, &QAbstractButton::clicked, this, [this] { dismiss(); });
     line->addWidget(heading_, 1);
     line->addWidget(close_);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdlib>
+
+/// Ends the run with a finding unless `holds`.
+inline void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
