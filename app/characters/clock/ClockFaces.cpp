@@ -1,6 +1,5 @@
 #include "app/characters/clock/ClockFaces.h"
 
-#include "app/desktop/PixelArtwork.h"
 #include "app/desktop/PixelLetters.h"
 #include "core/base/FileOperations.h"
 #include "core/base/Json.h"
@@ -130,15 +129,8 @@ PixelClockHands ClockFaces::sideHands(std::size_t side, const Face& face) const 
 }
 
 void ClockFaces::draw(QPainter& painter, const QRectF& art, const Look& look) {
-    const double scale = painter.device()->devicePixelRatioF();
-    const QSize device(static_cast<int>(std::lround(art.width() * scale)),
-                       static_cast<int>(std::lround(art.height() * scale)));
-    if (drawn_ != look || picture_.size() != device) {
-        picture_ = PixelArtwork::scaled(compose(look), device);
-        drawn_ = look;
-    }
-    picture_.setDevicePixelRatio(scale);
-    painter.drawImage(art.topLeft(), picture_);
+    overlay_.draw(painter, art, drawn_ != look, [&] { return compose(look); });
+    drawn_ = look;
 }
 
 QImage ClockFaces::compose(const Look& look) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/desktop/PixelOverlay.h"
 #include "core/art/CharacterManifest.h"
 #include "core/base/Calendar.h"
 #include "core/worldclock/PixelClockGeometry.h"
@@ -67,8 +68,8 @@ private:
     Dial large_;
     std::array<Dial, 2> small_;
     QRect names_;               ///< the band in which the plates hang
-    std::optional<Look> drawn_; ///< what `picture_` shows
-    QImage picture_;            ///< at its size on the screen
+    std::optional<Look> drawn_; ///< what `overlay_` shows
+    PixelOverlay overlay_;
 };
 
 } // namespace DeskSprites

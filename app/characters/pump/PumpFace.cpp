@@ -69,15 +69,8 @@ void PumpFace::loadLamps(const std::filesystem::path& folder, QSize size) {
 }
 
 void PumpFace::draw(QPainter& painter, const QRectF& art, const Look& look) {
-    const double scale = painter.device()->devicePixelRatioF();
-    const QSize device(static_cast<int>(std::lround(art.width() * scale)),
-                       static_cast<int>(std::lround(art.height() * scale)));
-    if (drawn_ != look || picture_.size() != device) {
-        picture_ = PixelArtwork::scaled(compose(look), device);
-        drawn_ = look;
-    }
-    picture_.setDevicePixelRatio(scale);
-    painter.drawImage(art.topLeft(), picture_);
+    overlay_.draw(painter, art, drawn_ != look, [&] { return compose(look); });
+    drawn_ = look;
 }
 
 QImage PumpFace::compose(const Look& look) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/desktop/PixelOverlay.h"
 #include "core/art/CharacterManifest.h"
 #include "core/pump/PumpGauge.h"
 
@@ -48,8 +49,8 @@ private:
     QRect tank_;   ///< in art pixels, as are the others
     QRect digits_;
     std::map<std::string, QImage> lamps_;
-    std::optional<Look> drawn_; ///< what `picture_` shows
-    QImage picture_;            ///< at its size on the screen
+    std::optional<Look> drawn_; ///< what `overlay_` shows
+    PixelOverlay overlay_;
 };
 
 } // namespace DeskSprites
